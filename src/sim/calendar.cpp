@@ -1,0 +1,25 @@
+#include "sim/calendar.h"
+
+// The well-known inverse of days-from-civil: years begin in March, so that the leap day comes last.
+void calendarDate(const City& city, int& day, int& month, int& year) {
+    const int64_t days = int64_t{city.calendarDay} + 739981; // since 0000-03-01
+    const int64_t era = (days >= 0 ? days : days - 146096) / 146097;
+    const int dayOfEra = static_cast<int>(days - era * 146097);
+    const int yearOfEra = (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
+    const int dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
+    const int shiftedMonth = (5 * dayOfYear + 2) / 153; // 0 is March
+    day = dayOfYear - (153 * shiftedMonth + 2) / 5 + 1;
+    month = shiftedMonth < 10 ? shiftedMonth + 3 : shiftedMonth - 9;
+    year = static_cast<int>(yearOfEra + era * 400) + (month <= 2 ? 1 : 0);
+}
+
+Season season(const City& city) {
+    int day;
+    int month;
+    int year;
+    calendarDate(city, day, month, year);
+    if (month >= 3 && month <= 5) return SEASON_SPRING;
+    if (month >= 6 && month <= 8) return SEASON_SUMMER;
+    if (month >= 9 && month <= 11) return SEASON_AUTUMN;
+    return SEASON_WINTER;
+}

@@ -1,0 +1,8 @@
+// New land from a 32-bit seed: a flat disc in the middle, two hill masses in opposite corners, lakes where
+// the height falls low.
+#pragma once
+
+#include "sim/city.h"
+
+// Resets every field of the city to the start of a game, but for `calendarDay` and `eventCount`, which go on.
+void generateMap(City& city, uint32_t seed);

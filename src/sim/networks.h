@@ -1,0 +1,15 @@
+// Power and water: each source serves a limited number of buildings within a square reach, nearest source
+// first. There are no wires and no pipes.
+#pragma once
+
+#include "sim/city.h"
+
+// A building has road access when one of its four neighbours carries a road.
+void updateRoadAccess(City& city);
+
+// Hands out the sources' capacity, decides which buildings work, and draws both reach fields.
+// Runs updateRoadAccess first.
+void updateUtilities(City& city);
+
+// Index of the first neighbouring cell with a road, in the order +x, -x, +y, -y; -1 for none.
+int adjacentRoadCell(const City& city, int x, int y);

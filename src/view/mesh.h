@@ -1,0 +1,19 @@
+// A vertex buffer on the graphics card. Whoever holds a Mesh keeps it until something makes it stale.
+#pragma once
+
+#include "view/mesh_builder.h"
+
+#include <cstdint>
+
+struct Mesh {
+    uint32_t vertexArray = 0; // GL names, 0 = not yet created
+    uint32_t vertexBuffer = 0;
+    int32_t vertexCount = 0;
+    uint64_t capacity = 0; // bytes of the buffer's storage
+};
+
+// Replaces the mesh's content. A dynamic mesh keeps its storage while the new content fits.
+void uploadMesh(Mesh& mesh, const MeshBuilder& builder, bool dynamic);
+// Draws nothing for a mesh that was never filled.
+void drawMesh(const Mesh& mesh);
+void destroyMesh(Mesh& mesh);

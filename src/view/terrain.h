@@ -1,0 +1,12 @@
+// The ground: one heightfield in 36 meshes, whose colours also carry seasons, zones, districts and overlays.
+#pragma once
+
+#include "sim/city.h"
+#include "view/world_meshes.h"
+
+// Rebuilds chunk 0 to 35: into a builder, or straight into its mesh with the current overlay.
+void buildTerrainChunk(MeshBuilder& builder, const City& city, int overlayMode, int chunkIndex);
+void buildTerrainChunk(WorldMeshes& meshes, const City& city, int chunkIndex);
+
+// The unit normal at a corner, 0 to 96 each way.
+Vec3 terrainNormal(const City& city, int cornerX, int cornerY);
