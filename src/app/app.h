@@ -45,6 +45,7 @@ struct App {
     bool saveExists = false;
 
     FrameStats frameStats;
+    uint64_t firstFrameCounter = 0; // performance counter at the first frame, 0 before it
     bool quitRequested = false;
     bool displayDirty = false; // the settings changed something that the window must follow
     uint32_t citySeed = 0;     // of the city in play
