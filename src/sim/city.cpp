@@ -52,6 +52,11 @@ int districtAt(const City& city, int x, int y) {
     return district < DISTRICT_COUNT ? district : 0;
 }
 
+bool hasPolicy(const City& city, int x, int y, DistrictPolicy policy) {
+    const int district = districtAt(city, x, y);
+    return district > 0 && (city.districtPolicy[district] & policy) != 0;
+}
+
 void markCellDirty(City& city, int x, int y) {
     if (inMap(x, y)) city.cellDirty[cellIndex(x, y)] = 1;
 }

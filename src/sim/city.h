@@ -263,6 +263,8 @@ const Cell& cellAt(const City& city, int x, int y);
 float fieldAt(const Grid& grid, int x, int y);
 // 1 to 8, or 0 for a cell in no district.
 int districtAt(const City& city, int x, int y);
+// Whether the cell lies in a district with this policy.
+bool hasPolicy(const City& city, int x, int y, DistrictPolicy policy);
 
 // A coordinate off the map marks nothing.
 void markCellDirty(City& city, int x, int y);

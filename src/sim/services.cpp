@@ -72,9 +72,7 @@ void updateCoverage(City& city) {
 
 static float factorySmoke(const City& city, const Building& factory) {
     const float strength = static_cast<float>(factory.level) * 0.22f;
-    const int district = districtAt(city, factory.x, factory.y);
-    const bool smokeFree = district > 0 && (city.districtPolicy[district] & POLICY_SMOKE_FREE);
-    return smokeFree ? strength * 0.4f : strength;
+    return hasPolicy(city, factory.x, factory.y, POLICY_SMOKE_FREE) ? strength * 0.4f : strength;
 }
 
 static void spreadPollution(City& city, const Building& source, int radius, float strength) {
