@@ -40,7 +40,7 @@ struct SaveReader {
             failed = true;
             return;
         }
-        std::memcpy(data, at, size);
+        if (size > 0) std::memcpy(data, at, size);
         at += size;
         left -= size;
     }

@@ -64,6 +64,7 @@ static void readFigures(const City& city) {
 }
 
 bool exerciseCity(City& city, uint32_t salt) {
+    readFigures(city);
     city.keepPlaying = salt % 2;
     for (uint32_t round = 0; round < 3; round++) {
         for (uint32_t i = 0; i < 16; i++) {
