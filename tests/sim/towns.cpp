@@ -68,38 +68,3 @@ std::string metropolisScript() {
     if (!file) throw std::runtime_error("examples/metropolis.txt cannot be read");
     return text.str();
 }
-
-static void line(std::ostream& out, int x0, int y0, int x1, int y1, const char* type) {
-    out << "line " << x0 << ' ' << y0 << ' ' << x1 << ' ' << y1 << ' ' << type << '\n';
-}
-
-// Every second block, like the black squares of a chessboard, holds one of each service, power and water; the
-// rest of the land beside streets is zoned.
-static void block(std::ostream& out, int x, int y, int number) {
-    constexpr const char* ZONES[7] = {"residential", "offices",     "residential", "residential",
-                                      "commercial",  "residential", "industrial"};
-    if (number % 2 == 0) {
-        for (int kind = 4; kind <= 9; kind++)
-            out << "build " << x + kind - 3 << ' ' << y + 1 << ' ' << kind << '\n';
-        out << "build " << x + 1 << ' ' << y + 5 << ' ' << (number % 4 == 0 ? 10 : 11) << '\n';
-        out << "build " << x + 2 << ' ' << y + 5 << " 13\n";
-        out << "build " << x + 3 << ' ' << y + 5 << " 12\n";
-        out << "busstop " << x + 5 << ' ' << y << '\n';
-    }
-    out << "zonerect " << x + 1 << ' ' << y + 1 << ' ' << x + 9 << ' ' << y + 5 << ' ' << ZONES[number % 7]
-        << '\n';
-    out << "districtrect " << x + 1 << ' ' << y + 1 << ' ' << x + 9 << ' ' << y + 5 << ' ' << number % 9
-        << '\n';
-}
-
-std::string fullMapScript() {
-    std::ostringstream out;
-    out << "new 3\nmoney 100000000\nkeep 1\n";
-    for (int y = 6; y <= 90; y += 6) line(out, 4, y, 92, y, y % 12 ? "street" : "avenue");
-    for (int x = 6; x <= 86; x += 10) line(out, x, 4, x, 92, "street");
-    int number = 0;
-    for (int y = 6; y < 90; y += 6)
-        for (int x = 6; x < 96; x += 10) block(out, x, y, number++);
-    out << "policy 2 1\npolicy 2 2\npolicy 5 2\npolicy 7 4\n";
-    return out.str();
-}

@@ -1,4 +1,4 @@
-// Whole cities for the tests and the benchmarks, built by operations alone.
+// Towns that a script leads from day to day, for the tests and the benchmarks.
 #pragma once
 
 #include "sim/city.h"
@@ -14,5 +14,3 @@ City townAtDay(const std::string& script, int day, const std::function<void(cons
 std::string demoTownScript();
 // examples/metropolis.txt: 5000 citizens after 164 days.
 std::string metropolisScript();
-// Streets and avenues over the whole map: about 70,000 citizens after 235 days.
-std::string fullMapScript();
