@@ -27,7 +27,7 @@ bool writeFile(const std::string& path, const void* data, size_t size) {
     std::FILE* file = std::fopen(path.c_str(), "wb");
     if (!file) return false;
 
-    const bool written = std::fwrite(data, 1, size, file) == size;
+    const bool written = size == 0 || std::fwrite(data, 1, size, file) == size;
     const bool closed = std::fclose(file) == 0;
     return written && closed;
 }
