@@ -6,6 +6,11 @@
 
 #include <cstdlib>
 
+#ifdef __linux__
+#include <sys/wait.h>
+#include <unistd.h>
+#endif
+
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -84,3 +89,87 @@ TEST(OrlavaneSim, ExplainsItself) {
     EXPECT_EQ(tooMany.out, "");
     EXPECT_EQ(tooMany.err, help.out);
 }
+
+#ifdef __linux__
+// The program at the other end of two pipes.
+struct Dialogue {
+    pid_t pid;
+    FILE* toProgram;
+    FILE* fromProgram;
+
+    Dialogue() {
+        int input[2];
+        int output[2];
+        EXPECT_EQ(pipe(input) | pipe(output), 0);
+        pid = fork();
+        if (pid == 0) {
+            dup2(input[0], 0);
+            dup2(output[1], 1);
+            close(input[1]);
+            close(output[0]);
+            execl(ORLAVANE_SIM, ORLAVANE_SIM, "-", nullptr);
+            _exit(127);
+        }
+        close(input[0]);
+        close(output[1]);
+        toProgram = fdopen(input[1], "w");
+        fromProgram = fdopen(output[0], "r");
+    }
+    ~Dialogue() {
+        fclose(toProgram);
+        fclose(fromProgram);
+        int status = 0;
+        waitpid(pid, &status, 0);
+        EXPECT_EQ(status, 0);
+    }
+
+    std::string ask(const std::string& line) {
+        fputs((line + "\n").c_str(), toProgram);
+        fflush(toProgram);
+        char answer[4096] = "";
+        return fgets(answer, sizeof answer, fromProgram) ? answer : "no answer";
+    }
+};
+
+TEST(OrlavaneSim, AnswersEachLineOfADialogueBeforeTheNextIsAsked) {
+    Dialogue dialogue;
+    EXPECT_EQ(dialogue.ask("road 48 48 street"), "road true 6 0\n");
+    EXPECT_EQ(dialogue.ask("tick 3"), "tick 3\n");
+    EXPECT_EQ(dialogue.ask("keep 1"), "keep 1\n");
+}
+
+// The sanitizers' own memory is many times the limit.
+#ifndef ORLAVANE_SANITIZED
+// A city with a thousand buildings and more, from north to south.
+static void buildLargeCity(Dialogue& dialogue) {
+    dialogue.ask("money 1e9");
+    for (int y = 1; y < 96; y += 3) {
+        const std::string row = std::to_string(y);
+        const std::string next = std::to_string(y + 1);
+        dialogue.ask("line 0 " + row + " 95 " + row + " street");
+        for (int x = y % 7; x < 96; x += 9) {
+            dialogue.ask("build " + std::to_string(x) + " " + next + " 12");
+            dialogue.ask("build " + std::to_string(x + 1) + " " + next + " 13");
+        }
+        dialogue.ask("zonerect 0 " + next + " 60 " + next + " residential");
+        dialogue.ask("zonerect 61 " + next + " 95 " + next + " industrial");
+    }
+    EXPECT_EQ(dialogue.ask("tick 150"), "tick 150\n");
+}
+
+TEST(OrlavaneSim, ALargeCityStaysUnder12Megabytes) {
+    const TempDir dir;
+    Dialogue dialogue;
+    buildLargeCity(dialogue);
+    EXPECT_EQ(dialogue.ask("save " + dir.file("a")), "save true\n");
+    EXPECT_EQ(dialogue.ask("load " + dir.file("a")), "load true\n");
+    EXPECT_EQ(dialogue.ask("fields " + dir.file("b")), "fields true\n");
+
+    EXPECT_GT(std::filesystem::file_size(dir.file("a")), 149431u + 1000 * 44);
+    const std::string status = readText("/proc/" + std::to_string(dialogue.pid) + "/status");
+    const size_t at = status.find("VmHWM:");
+    ASSERT_NE(at, std::string::npos);
+    EXPECT_LT(std::stoi(status.substr(at + 6)), 12 * 1024); // kB
+}
+#endif
+#endif
