@@ -3,6 +3,8 @@
 // it.
 #pragma once
 
+#include "sim/traffic_memory.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -225,6 +227,7 @@ struct City {
     PerCell<int32_t> roadCapacity = PerCell<int32_t>(CELL_COUNT);
     NetworkMemory networkMemory;
     CoverageMemory coverageMemory;
+    TrafficMemory trafficMemory;
 
     std::array<int32_t, 4> taxRate = {100, 100, 100, 100}; // percent: homes, shops, offices, industry
     std::array<int32_t, 8> serviceBudget = {100, 100, 100, 100, 100, 100, 100, 100}; // percent
@@ -311,4 +314,4 @@ void setStatus(City& city, StatusId id, uint32_t arg = 0);
 // Puts an event at the front of the queue, which forgets its oldest past EVENT_LIMIT.
 void postEvent(City& city, StatusId id, uint32_t arg);
 
-bool isFinished(const Building& building);
+inline bool isFinished(const Building& building) { return building.progress >= 1.0f; }
