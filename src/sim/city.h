@@ -3,6 +3,8 @@
 // it.
 #pragma once
 
+#include "sim/traffic_memory.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -233,6 +235,7 @@ struct City {
     PerCell<int32_t> roadCapacity = PerCell<int32_t>(CELL_COUNT);
     NetworkMemory networkMemory;
     CoverageMemory coverageMemory;
+    TrafficMemory trafficMemory;
 
     std::array<int32_t, 4> taxRate = {100, 100, 100, 100}; // percent: homes, shops, offices, industry
     std::array<int32_t, 8> serviceBudget = {100, 100, 100, 100, 100, 100, 100, 100}; // percent

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 
-// The save of a map built up to its last cell fits into one block.
-constexpr size_t FIRST_BLOCK = 640 * 1024;
+// More than any settings file; a large save takes four more reads.
+constexpr size_t FIRST_BLOCK = 64 * 1024;
 
 bool readFile(const std::string& path, size_t limit, std::vector<uint8_t>& bytes) {
     bytes.clear();

@@ -11,7 +11,7 @@ static std::vector<uint8_t> numbered(size_t size) {
 
 TEST(FileIo, WhatIsWrittenIsReadAgainAtAnySize) {
     const TempDir dir;
-    constexpr size_t BLOCK = 640 * 1024;
+    constexpr size_t BLOCK = 64 * 1024;
     for (const size_t size : {size_t{0}, size_t{1}, BLOCK - 1, BLOCK, BLOCK + 1, 3 * BLOCK}) {
         const std::vector<uint8_t> bytes = numbered(size);
         ASSERT_TRUE(writeFile(dir.file("a"), bytes.data(), bytes.size()));
