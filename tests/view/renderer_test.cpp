@@ -1,5 +1,5 @@
 // The order of the passes and their calls, without a driver.
-#include "view/allocation_count.h"
+#include "allocation_count.h"
 #include "view/fake_gl.h"
 #include "view/renderer.h"
 #include "view/sky.h"
