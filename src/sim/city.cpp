@@ -40,6 +40,23 @@ float cellSlope(const City& city, int x, int y) {
     return (high - low) / CELL_WIDTH;
 }
 
+const Cell& cellAt(const City& city, int x, int y) {
+    static constexpr Cell emptyLand;
+    return inMap(x, y) ? city.cells[cellIndex(x, y)] : emptyLand;
+}
+
+float fieldAt(const Grid& grid, int x, int y) { return inMap(x, y) ? grid[cellIndex(x, y)] : 0.0f; }
+
+int districtAt(const City& city, int x, int y) {
+    const int district = cellAt(city, x, y).district;
+    return district < DISTRICT_COUNT ? district : 0;
+}
+
+bool hasPolicy(const City& city, int x, int y, DistrictPolicy policy) {
+    const int district = districtAt(city, x, y);
+    return district > 0 && (city.districtPolicy[district] & policy) != 0;
+}
+
 void markCellDirty(City& city, int x, int y) {
     if (inMap(x, y)) city.cellDirty[cellIndex(x, y)] = 1;
 }
@@ -60,14 +77,6 @@ void postEvent(City& city, StatusId id, uint32_t arg) {
     city.eventCount++;
     city.events.insert(city.events.begin(), GameEvent{id, arg});
     if (city.events.size() > EVENT_LIMIT) city.events.resize(EVENT_LIMIT);
-}
-
-bool isFinished(const Building& building) { return building.progress >= 1.0f; }
-
-int jobPlaces(int kind, int level) {
-    if (kind < 0 || kind >= KIND_COUNT) return 0;
-    const BuildingKindRow& row = BUILDING_KINDS[kind];
-    return row.jobPlaces + row.jobsPerLevel2 * level * level;
 }
 
 int homeCapacity(int level) { return level <= 1 ? 8 : level == 2 ? 30 : 80; }

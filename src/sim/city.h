@@ -3,6 +3,8 @@
 // it.
 #pragma once
 
+#include "sim/traffic_memory.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -168,6 +170,45 @@ struct GameEvent {
 template<class T> using PerCell = std::vector<T>; // CELL_COUNT entries, row by row
 using Grid = PerCell<float>;
 
+// What a pass remembers of its last run: its inputs beside its results. The results are used again only while
+// the inputs are the same, so nobody has to tell a pass what changed, and no edit of the city can make them
+// stale. Never saved.
+
+struct NetworkSource {
+    int16_t x = 0;
+    int16_t y = 0;
+    int32_t kind = 0;
+    int32_t remaining = 0; // buildings that it can still serve in this run
+    int32_t next = -1;     // in its pile
+};
+
+// Where the sources of one network reach. Sources of one kind on one cell form a pile, from which the first
+// that has something left serves. Only a loaded file has piles of more than one, but it may have huge ones.
+struct NetworkReach {
+    std::vector<int32_t> piles; // the first source of each
+    std::vector<int32_t> heads; // the first of each that may have something left in this run, -1 for none
+    Grid field = Grid(CELL_COUNT);
+    // The source that serves a cell as long as it has something left, -1 for none.
+    PerCell<int32_t> nearest = PerCell<int32_t>(CELL_COUNT, -1);
+};
+
+struct NetworkMemory {
+    std::vector<NetworkSource> sources; // the active ones, in the order of City::buildings
+    NetworkReach power;
+    NetworkReach water;
+};
+
+// Providers of coverage may stand off the map in a loaded file; what lies farther out reaches no cell of it.
+constexpr int COVERAGE_MARGIN = 18;
+constexpr int COVERAGE_SIDE = GRID_SIZE + 2 * COVERAGE_MARGIN;
+
+struct CoverageMemory {
+    // A bit for each coverage that is provided at a place, COVERAGE_SIDE places a row.
+    std::array<uint8_t, COVERAGE_SIDE* COVERAGE_SIDE> providers = {};
+    std::array<int32_t, 6> budgets = {100, 100, 100, 100, 100, 100};
+    std::vector<Grid> grids = std::vector<Grid>(6, Grid(CELL_COUNT));
+};
+
 struct City {
     uint8_t keepPlaying = 0;
 
@@ -192,6 +233,9 @@ struct City {
     Grid powerField = Grid(CELL_COUNT);
     Grid waterField = Grid(CELL_COUNT);
     PerCell<int32_t> roadCapacity = PerCell<int32_t>(CELL_COUNT);
+    NetworkMemory networkMemory;
+    CoverageMemory coverageMemory;
+    TrafficMemory trafficMemory;
 
     std::array<int32_t, 4> taxRate = {100, 100, 100, 100}; // percent: homes, shops, offices, industry
     std::array<int32_t, 8> serviceBudget = {100, 100, 100, 100, 100, 100, 100, 100}; // percent
@@ -243,12 +287,28 @@ inline bool inMap(int x, int y) { return x >= 0 && y >= 0 && x < GRID_SIZE && y 
 inline int cellIndex(int x, int y) { return y * GRID_SIZE + x; }
 inline int cornerIndex(int x, int y) { return y * CORNER_SIDE + x; }
 
+// The order in which every rule looks at the four cells around one.
+struct CellStep {
+    int x;
+    int y;
+};
+constexpr std::array<CellStep, 4> NEIGHBOURS = {{{1, 0}, {-1, 0}, {0, 1}, {0, -1}}};
+
 // Bilinear height in world units; positions off the map are held to its edge.
 float heightAt(const City& city, float worldX, float worldY);
 // Mean of the four corners. The cell must be on the map.
 float cellAverageHeight(const City& city, int x, int y);
 // Highest minus lowest corner, divided by the cell's width. The cell must be on the map.
 float cellSlope(const City& city, int x, int y);
+
+// Empty land for a coordinate off the map, which a building of a loaded file may have.
+const Cell& cellAt(const City& city, int x, int y);
+// 0 off the map.
+float fieldAt(const Grid& grid, int x, int y);
+// 1 to 8, or 0 for a cell in no district.
+int districtAt(const City& city, int x, int y);
+// Whether the cell lies in a district with this policy.
+bool hasPolicy(const City& city, int x, int y, DistrictPolicy policy);
 
 // A coordinate off the map marks nothing.
 void markCellDirty(City& city, int x, int y);
@@ -262,4 +322,4 @@ void setStatus(City& city, StatusId id, uint32_t arg = 0);
 // Puts an event at the front of the queue, which forgets its oldest past EVENT_LIMIT.
 void postEvent(City& city, StatusId id, uint32_t arg);
 
-bool isFinished(const Building& building);
+inline bool isFinished(const Building& building) { return building.progress >= 1.0f; }

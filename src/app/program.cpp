@@ -1,0 +1,184 @@
+#include "app/program.h"
+
+#include "app/app.h"
+#include "app/capture.h"
+#include "app/display.h"
+#include "app/frame.h"
+#include "app/input_events.h"
+
+#include <cstdio>
+#include <memory>
+
+constexpr const char* PROGRAM_NAME = "Orlavane";
+
+struct Window {
+    SDL_Window* window = nullptr;
+    SDL_GLContext context = nullptr;
+};
+
+// Tells the player why the game cannot run: on the error stream, for whoever started it from a terminal, and
+// in a message box.
+static void showFailure(SDL_Window* window, const std::string& text) {
+    std::fprintf(stderr, "%s\n", text.c_str());
+    SDL_ShowSimpleMessageBox(SDL_MESSAGEBOX_ERROR, PROGRAM_NAME, text.c_str(), window);
+}
+
+static void closeWindow(Window& window) {
+    if (window.context) SDL_GL_DeleteContext(window.context);
+    if (window.window) SDL_DestroyWindow(window.window);
+    SDL_Quit();
+}
+
+static void setMultisampling(int buffers, int samples) {
+    SDL_GL_SetAttribute(SDL_GL_MULTISAMPLEBUFFERS, buffers);
+    SDL_GL_SetAttribute(SDL_GL_MULTISAMPLESAMPLES, samples);
+}
+
+static SDL_Window* createWindow(const Settings& settings) {
+    int width = 1280;
+    int height = 720;
+    resolutionSize(settings, width, height);
+    uint32_t flags = SDL_WINDOW_OPENGL | SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI;
+    if (settings.fullscreen) flags |= SDL_WINDOW_FULLSCREEN_DESKTOP;
+    return SDL_CreateWindow(PROGRAM_NAME, SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, width, height,
+                            flags);
+}
+
+// Window, context and function table. An old driver may refuse multisampling at either step: the game looks
+// coarser without it, and runs. False leaves the reason in `error`.
+static bool openWindow(Window& window, const Settings& settings, GlLoader loader, std::string& error) {
+    SDL_GL_SetAttribute(SDL_GL_CONTEXT_MAJOR_VERSION, 3);
+    SDL_GL_SetAttribute(SDL_GL_CONTEXT_MINOR_VERSION, 3);
+    SDL_GL_SetAttribute(SDL_GL_CONTEXT_PROFILE_MASK, SDL_GL_CONTEXT_PROFILE_CORE);
+    SDL_GL_SetAttribute(SDL_GL_DOUBLEBUFFER, 1);
+    SDL_GL_SetAttribute(SDL_GL_DEPTH_SIZE, 24);
+    setMultisampling(1, 4);
+
+    window.window = createWindow(settings);
+    if (!window.window) {
+        setMultisampling(0, 0);
+        window.window = createWindow(settings);
+    }
+    if (!window.window) {
+        error = std::string("Could not create a window: ") + SDL_GetError();
+        return false;
+    }
+
+    window.context = SDL_GL_CreateContext(window.window);
+    if (!window.context) {
+        setMultisampling(0, 0);
+        window.context = SDL_GL_CreateContext(window.window);
+    }
+    if (!window.context) {
+        error = std::string("OpenGL 3.3 is not available on this computer.\n\n") + SDL_GetError();
+        return false;
+    }
+
+    if (!loadGlFunctions(loader)) {
+        error =
+            "This computer's graphics driver is missing OpenGL 3.3 functions.\nPlease update the graphics "
+            "driver.";
+        return false;
+    }
+    return true;
+}
+
+// False when the player asked the window system to end the program.
+static bool readInput(Input& input, SDL_Window* window) {
+    beginInputFrame(input);
+    int windowWidth;
+    int windowHeight;
+    int drawableWidth;
+    int drawableHeight;
+    SDL_GetWindowSize(window, &windowWidth, &windowHeight);
+    SDL_GL_GetDrawableSize(window, &drawableWidth, &drawableHeight);
+    const PixelRatio ratio = pixelRatio(windowWidth, windowHeight, drawableWidth, drawableHeight);
+
+    bool running = true;
+    SDL_Event event;
+    while (SDL_PollEvent(&event)) {
+        if (event.type == SDL_QUIT) running = false;
+        handleInputEvent(input, event, ratio);
+    }
+    input.drawableWidth = drawableWidth;
+    input.drawableHeight = drawableHeight;
+    return running;
+}
+
+static void runLoop(App& app, Capture& capture, SDL_Window* window) {
+    const double frequency = static_cast<double>(SDL_GetPerformanceFrequency());
+    uint64_t previous = SDL_GetPerformanceCounter();
+    Input input;
+    for (bool running = true; running;) {
+        running = readInput(input, window);
+
+        const uint64_t now = SDL_GetPerformanceCounter();
+        const float dt = static_cast<float>(static_cast<double>(now - previous) / frequency);
+        previous = now;
+        if (!stepFrame(app, input, dt)) running = false;
+
+        if (captureFrame(capture, input.drawableWidth, input.drawableHeight)) running = false;
+        if (app.displayDirty) {
+            app.displayDirty = false;
+            applyDisplayMode(window, app.settings);
+        }
+        SDL_GL_SwapWindow(window);
+    }
+}
+
+static std::string preferenceFolder() {
+    char* path = SDL_GetPrefPath(PROGRAM_NAME, PROGRAM_NAME);
+    if (!path) return "./";
+    const std::string folder = path;
+    SDL_free(path);
+    return folder;
+}
+
+// SDL falls back on drivers that show nothing to anyone. They are for unattended runs, which ask for them by
+// name; a player without a display must be told.
+static bool startSdl() {
+    if (SDL_Init(SDL_INIT_VIDEO | SDL_INIT_EVENTS) != 0) return false;
+    const std::string driver = SDL_GetCurrentVideoDriver();
+    if (SDL_GetHint(SDL_HINT_VIDEODRIVER) ||
+        (driver != "offscreen" && driver != "dummy" && driver != "evdev"))
+        return true;
+    SDL_Quit();
+    SDL_SetError("there is no display");
+    return false;
+}
+
+int runProgram(GlLoader loader) {
+    if (!startSdl()) {
+        showFailure(nullptr, std::string("SDL could not start: ") + SDL_GetError());
+        return 1;
+    }
+    const std::string prefPath = preferenceFolder();
+    Settings settings;
+    loadSettings(settings, prefPath + "settings.ini");
+
+    Window window;
+    std::string error;
+    if (!openWindow(window, settings, loader, error)) {
+        showFailure(window.window, error);
+        closeWindow(window);
+        return 1;
+    }
+    applyDisplayMode(window.window, settings);
+
+    const auto app = std::make_unique<App>();
+    std::string notes;
+    if (!appInit(*app, prefPath, notes)) {
+        showFailure(window.window, "The game could not start.\n\n" + notes);
+        appShutdown(*app);
+        closeWindow(window);
+        return 1;
+    }
+    if (!notes.empty()) std::fprintf(stderr, "%s", notes.c_str());
+
+    Capture capture = applyCaptureHooks(*app);
+    runLoop(*app, capture, window.window);
+
+    appShutdown(*app);
+    closeWindow(window);
+    return 0;
+}

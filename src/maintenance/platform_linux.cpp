@@ -1,0 +1,3 @@
+#include "maintenance/platform.h"
+
+const char* const EXECUTABLE_NAME = "Orlavane";

@@ -1,0 +1,138 @@
+#include "app/capture.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+
+static App stateApplied(const std::string& text) {
+    App app;
+    applyStateString(app, text);
+    return app;
+}
+
+// Sets a variable for the length of a test.
+class Variable {
+public:
+    Variable(const char* name, const char* value) : name(name) { setenv(name, value, 1); }
+    ~Variable() { unsetenv(name); }
+
+private:
+    const char* name;
+};
+
+TEST(StateString, FocusLooksAtTheMiddleOfACell) {
+    const App app = stateApplied("focus=10:20");
+    EXPECT_EQ(app.camera.target, (Vec3{84.0f, 0.0f, 164.0f}));
+}
+
+TEST(StateString, AFocusWithoutColonOrNumbersIsSkipped) {
+    const Vec3 start = App().camera.target;
+    for (const char* text : {"focus=10", "focus=:", "focus=a:b", "focus=1:2:3", "focus=99999999999:1"})
+        EXPECT_EQ(stateApplied(text).camera.target, start) << text;
+}
+
+TEST(StateString, OverlayByItsName) {
+    EXPECT_EQ(stateApplied("overlay=traffic").meshes.overlayMode, OVERLAY_TRAFFIC);
+    EXPECT_EQ(stateApplied("overlay=happy").meshes.overlayMode, OVERLAY_HAPPY);
+    EXPECT_EQ(stateApplied("overlay=happy,overlay=nonsense").meshes.overlayMode, OVERLAY_HAPPY);
+    EXPECT_EQ(stateApplied("overlay=happy,overlay=normal").meshes.overlayMode, OVERLAY_NORMAL);
+}
+
+TEST(StateString, HourDistanceAndCalendarDay) {
+    const App app = stateApplied("hour=21.5,dist=90,calday=100");
+    EXPECT_EQ(app.city.hourOfDay, 21.5f);
+    EXPECT_EQ(app.camera.distance, 90.0f);
+    EXPECT_EQ(app.city.calendarDay, 100);
+    EXPECT_EQ(stateApplied("calday=-4").city.calendarDay, 0);
+}
+
+TEST(StateString, ValuesThatAreNoNumbersChangeNothing) {
+    for (const char* text : {"hour=", "hour=noon", "hour=nan", "hour=inf", "hour=1e99"})
+        EXPECT_EQ(stateApplied(text).city.hourOfDay, 9.0f) << text;
+    EXPECT_EQ(stateApplied("calday=7days").city.calendarDay, 0);
+}
+
+TEST(StateString, ScreensByTheirNames) {
+    EXPECT_EQ(stateApplied("screen=title").screen, SCREEN_TITLE);
+    EXPECT_EQ(stateApplied("screen=end").screen, SCREEN_END);
+    EXPECT_EQ(stateApplied("screen=title,screen=launcher").screen, SCREEN_LAUNCHER);
+    EXPECT_EQ(stateApplied("screen=nowhere").screen, SCREEN_LAUNCHER);
+}
+
+TEST(StateString, SettingsLeadBackToTheGameOnlyFromTheGame) {
+    App app;
+    applyStateString(app, "screen=settings");
+    EXPECT_EQ(app.screen, SCREEN_SETTINGS);
+    EXPECT_EQ(app.returnScreen, SCREEN_TITLE);
+    app.screen = SCREEN_GAME;
+    applyStateString(app, "screen=settings");
+    EXPECT_EQ(app.returnScreen, SCREEN_GAME);
+}
+
+TEST(StateString, PiecesAreAppliedInOrderAndWhatIsNotUnderstoodIsSkipped) {
+    const App app = stateApplied(",,hour=3,noise,=,==,unknown=5,hour=4,");
+    EXPECT_EQ(app.city.hourOfDay, 4.0f);
+    EXPECT_EQ(stateApplied(std::string(1 << 20, ',')).screen, SCREEN_LAUNCHER);
+    EXPECT_EQ(stateApplied(std::string(1 << 20, '=')).screen, SCREEN_LAUNCHER);
+}
+
+TEST(Capture, UnsetVariablesChangeNothing) {
+    App app;
+    const Capture capture = applyCaptureHooks(app);
+    EXPECT_TRUE(capture.shotPath.empty());
+    EXPECT_EQ(capture.frameLimit, 40);
+    EXPECT_EQ(app.screen, SCREEN_LAUNCHER);
+}
+
+TEST(Capture, DemoNeedsALeadingOne) {
+    for (const char* value : {"", "0", "yes", " 1"}) {
+        const Variable demo("OV_DEMO", value);
+        App app;
+        applyCaptureHooks(app);
+        EXPECT_EQ(app.screen, SCREEN_LAUNCHER) << value;
+    }
+    const Variable demo("OV_DEMO", "1x");
+    App app;
+    applyCaptureHooks(app);
+    EXPECT_EQ(app.screen, SCREEN_GAME);
+    EXPECT_EQ(app.camera.distance, 150.0f);
+    EXPECT_EQ(app.camera.target, (Vec3{388.0f, 0.0f, 388.0f}));
+}
+
+TEST(Capture, AFrameCountThatIsNoNumberIsForty) {
+    for (const char* value : {"", "many", "7 frames", "99999999999999999999"}) {
+        const Variable frames("OV_FRAMES", value);
+        App app;
+        EXPECT_EQ(applyCaptureHooks(app).frameLimit, 40) << value;
+    }
+    const Variable frames("OV_FRAMES", "3");
+    App app;
+    EXPECT_EQ(applyCaptureHooks(app).frameLimit, 3);
+}
+
+TEST(Capture, SettingsVariableOpensTheOptionsEvenWhenEmptyAndTheStateStringComesLast) {
+    const Variable settings("OV_SETTINGS", "");
+    App app;
+    applyCaptureHooks(app);
+    EXPECT_EQ(app.screen, SCREEN_SETTINGS);
+    EXPECT_EQ(app.returnScreen, SCREEN_TITLE);
+
+    const Variable state("OV_STATE", "screen=title");
+    applyCaptureHooks(app);
+    EXPECT_EQ(app.screen, SCREEN_TITLE);
+}
+
+TEST(Capture, WithoutAPathNoFrameIsTheLast) {
+    Capture capture;
+    for (int frame = 0; frame < 100; frame++) EXPECT_FALSE(captureFrame(capture, 0, 0));
+}
+
+TEST(Capture, TheCountStartsAtOneSoThatALimitOfZeroIsNeverMet) {
+    Capture capture{"/nonexistent/picture.bmp", 0, 0};
+    for (int frame = 0; frame < 100; frame++) EXPECT_FALSE(captureFrame(capture, 0, 0));
+    capture = Capture{"/nonexistent/picture.bmp", 3, 0};
+    EXPECT_FALSE(captureFrame(capture, 0, 0));
+    EXPECT_FALSE(captureFrame(capture, 0, 0));
+    EXPECT_TRUE(captureFrame(capture, 0, 0));
+}

@@ -1,0 +1,281 @@
+"""Plays the real program as a player would: in a real window on a virtual screen, with key and mouse events.
+
+    with Screen() as screen, Game(screen, OV_DEMO="1") as game:
+        game.hold("w", 0.5)
+        picture = game.picture()
+"""
+import os
+import signal
+import struct
+import subprocess
+import tempfile
+import time
+
+PROGRAM = os.environ.get("ORLAVANE") or os.path.join(os.path.dirname(os.path.abspath(__file__)),
+                                                    "../../build/release/bin/Orlavane")
+
+
+class Picture:
+    """Pixels as (red, green, blue), rows from the top."""
+
+    def __init__(self, width, height, rows):
+        self.width, self.height, self.rows = width, height, rows
+
+    def pixel(self, x, y):
+        blue, green, red = self.rows[y][4 * x:4 * x + 3]
+        return red, green, blue
+
+    def difference(self, other):
+        """Mean difference of a channel, 0 to 255, over every seventh pixel of every fifth row."""
+        total = count = 0
+        for y in range(0, self.height, 5):
+            mine, others = self.rows[y], other.rows[y]
+            for x in range(0, self.width, 7):
+                for channel in range(3):
+                    total += abs(mine[4 * x + channel] - others[4 * x + channel])
+                    count += 1
+        return total / count
+
+    def mean(self):
+        total = [0, 0, 0]
+        count = 0
+        for y in range(0, self.height, 5):
+            for x in range(0, self.width, 7):
+                for channel, value in enumerate(self.pixel(x, y)):
+                    total[channel] += value
+                count += 1
+        return tuple(value / count for value in total)
+
+
+def read_bmp(path):
+    with open(path, "rb") as file:
+        data = file.read()
+    assert data[:2] == b"BM"
+    start, = struct.unpack_from("<I", data, 10)
+    width, height, _, bits = struct.unpack_from("<iiHH", data, 18)
+    assert bits == 24
+    stride = (3 * width + 3) // 4 * 4
+    rows = []
+    for y in range(height - 1, -1, -1):
+        row = data[start + y * stride:start + y * stride + 3 * width]
+        rows.append(b"".join(row[3 * x:3 * x + 3] + b"\0" for x in range(width)))
+    return Picture(width, height, rows)
+
+
+def read_xwd(data):
+    header = struct.unpack_from(">25I", data)
+    width, height, bits, stride, colours = header[4], header[5], header[11], header[12], header[19]
+    assert bits == 32 and header[7] == 0, "the virtual screen has four bytes a pixel, blue first"
+    start = header[0] + 12 * colours
+    return Picture(width, height, [data[start + y * stride:start + y * stride + 4 * width] for y in range(height)])
+
+
+class Screen:
+    """A virtual screen of its own."""
+
+    def __init__(self, size="1920x1080", window_manager=False):
+        read_end, write_end = os.pipe()
+        server = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", size + "x24", "-nolisten", "tcp"],
+            pass_fds=[write_end], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        os.close(write_end)
+        with os.fdopen(read_end) as pipe:
+            self.display = ":" + pipe.readline().strip()
+        self.processes = [server]
+        if window_manager:  # full screen is its business
+            self.processes.append(subprocess.Popen(["openbox"], env={**os.environ, "DISPLAY": self.display},
+                                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        for process in reversed(self.processes):
+            process.terminate()
+            process.wait()
+
+
+class Game:
+    """The program in a window of the screen, with an empty preference folder unless `home` names one."""
+
+    def __init__(self, screen, home=None, size=None, **variables):
+        self.temporary = tempfile.TemporaryDirectory()
+        self.home = home or self.temporary.name
+        self.screen = screen
+        self.choose(size)
+        self.environment = clean_environment(self.home, DISPLAY=screen.display, SDL_AUDIODRIVER="dummy", **variables)
+        self.process = subprocess.Popen([PROGRAM], env=self.environment,
+                                        stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
+        self.window = self.wait_for_window()
+        self.xdotool("windowfocus", "--sync", self.window)
+        self.wait_for_first_frame()
+
+    def choose(self, size):
+        """Writes the setting of the window size, 0 to 2, before the program reads it."""
+        if size is not None:
+            os.makedirs(self.preferences, exist_ok=True)
+            with open(os.path.join(self.preferences, "settings.ini"), "w") as file:
+                file.write(f"resolution={size}\n")
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        if self.process.poll() is None:
+            self.process.send_signal(signal.SIGTERM)
+            try:
+                self.process.wait(10)
+            except subprocess.TimeoutExpired:
+                self.process.kill()
+                self.process.wait()
+        self.process.stderr.close()
+        self.temporary.cleanup()
+
+    @property
+    def preferences(self):
+        return os.path.join(self.home, ".local/share/Orlavane/Orlavane")
+
+    def xdotool(self, *words):
+        return subprocess.run(["xdotool", *words], env=self.environment, check=True, timeout=30,
+                              stdout=subprocess.PIPE).stdout.decode().strip()
+
+    def wait_for_window(self):
+        deadline = time.monotonic() + 30
+        while time.monotonic() < deadline:
+            assert self.process.poll() is None, self.process.stderr.read().decode()
+            found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^Orlavane$"],
+                                   env=self.environment, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+            if found.stdout.split():
+                return found.stdout.split()[0].decode()
+            time.sleep(0.05)
+        raise AssertionError("no window came up")
+
+    def wait_for_first_frame(self):
+        deadline = time.monotonic() + 30
+        while max(self.picture().mean()) < 1.0:  # an undrawn window is black
+            assert time.monotonic() < deadline, "nothing was drawn"
+            time.sleep(0.05)
+
+    def frames(self, count=2):
+        """Waits until the program has shown that many new frames or so."""
+        time.sleep(0.12 * count)
+
+    def point(self, x, y):
+        self.xdotool("mousemove", "--window", self.window, str(x), str(y))
+        self.frames()
+
+    def press(self, *keys):
+        for key in keys:
+            self.xdotool("key", key)
+        self.frames()
+
+    def hold(self, key, seconds):
+        self.xdotool("keydown", key)
+        time.sleep(seconds)
+        self.xdotool("keyup", key)
+        self.frames()
+
+    def drag(self, button, start, end):
+        self.point(*start)
+        self.xdotool("mousedown", str(button))
+        self.frames()
+        self.point((start[0] + end[0]) // 2, (start[1] + end[1]) // 2)
+        self.point(*end)
+        self.xdotool("mouseup", str(button))
+        self.frames()
+
+    def wheel(self, steps):
+        """Positive away from the player."""
+        for _ in range(abs(steps)):
+            self.xdotool("click", "4" if steps > 0 else "5")
+        self.frames()
+
+    def picture(self):
+        dump = subprocess.run(["xwd", "-silent", "-id", self.window], env=self.environment, check=True,
+                              stdout=subprocess.PIPE)
+        return read_xwd(dump.stdout)
+
+    def settled_picture(self, still):
+        """The picture once it stays within `still` of itself for a few frames."""
+        deadline = time.monotonic() + 20
+        before = self.picture()
+        while True:
+            self.frames(3)
+            now = self.picture()
+            if now.difference(before) <= still:
+                return now
+            assert time.monotonic() < deadline, "the view does not come to rest"
+            before = now
+
+    def geometry(self):
+        """Width and height of the window."""
+        words = dict(line.split("=") for line in
+                     self.xdotool("getwindowgeometry", "--shell", self.window).splitlines())
+        return int(words["WIDTH"]), int(words["HEIGHT"])
+
+    def saved(self):
+        """What F5 writes now."""
+        path = os.path.join(self.preferences, "savegame.ovw")
+        if os.path.exists(path):
+            os.remove(path)
+        self.press("F5")
+        deadline = time.monotonic() + 20
+        while not os.path.exists(path) or os.path.getsize(path) < Save.BUILDINGS:
+            assert time.monotonic() < deadline, "nothing was saved"
+            time.sleep(0.05)
+        self.frames()
+        return Save(path)
+
+    def load(self, save):
+        save.write()
+        self.press("F9")
+
+
+class Save:
+    """A saved game as bytes, to look into and to prepare scenes with."""
+
+    CELLS, CELL_SIZE, BUILDINGS = 38835, 12, 149427
+
+    def __init__(self, path):
+        self.path = path
+        with open(path, "rb") as file:
+            self.data = bytearray(file.read())
+
+    def write(self):
+        with open(self.path, "wb") as file:
+            file.write(self.data)
+
+    def cell(self, x, y):
+        """zone, terrain, road, district, hasTrees, busStop"""
+        return tuple(self.data[self.CELLS + self.CELL_SIZE * (96 * y + x):][:6])
+
+    def set_cell(self, x, y, field, value):
+        self.data[self.CELLS + self.CELL_SIZE * (96 * y + x) + field] = value
+
+    def cells_where(self, test):
+        return [(x, y) for y in range(96) for x in range(96) if test(*self.cell(x, y))]
+
+    def number(self, kind, offset):
+        return struct.unpack_from("<" + kind, self.data, offset)[0]
+
+    def set_number(self, kind, offset, *values):
+        struct.pack_into(f"<{len(values)}{kind}", self.data, offset, *values)
+
+    def buildings(self):
+        """(kind, x, y) of each."""
+        count = self.number("I", self.BUILDINGS)
+        return [struct.unpack_from("<BxhH", self.data, self.BUILDINGS + 4 + 44 * i) for i in range(count)]
+
+
+def clean_environment(home, **variables):
+    """What the program sees: a home folder of its own and none of the caller's variables that steer it."""
+    kept = {name: value for name, value in os.environ.items()
+            if not name.startswith(("OV_", "SDL_", "XDG_", "WAYLAND_")) and name != "DISPLAY"}
+    return {**kept, "HOME": home, "LIBGL_ALWAYS_SOFTWARE": "1", **variables}
+
+
+def run_to_end(home, timeout=60, **variables):
+    """Starts the program without a screen of ours, waits for its end: (exit code, error stream)."""
+    result = subprocess.run([PROGRAM], env=clean_environment(home, SDL_AUDIODRIVER="dummy", **variables),
+                            stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, timeout=timeout)
+    return result.returncode, result.stderr.decode()

@@ -1,0 +1,132 @@
+"""How the program starts, and how it says that it cannot."""
+import os
+import subprocess
+import tempfile
+import time
+import unittest
+
+from driver import Game, Screen, clean_environment, read_bmp, run_to_end, PROGRAM
+
+
+class Start(unittest.TestCase):
+    def setUp(self):
+        self.folder = tempfile.TemporaryDirectory()
+        self.home = self.folder.name
+        self.shot = os.path.join(self.home, "shot.bmp")
+
+    def tearDown(self):
+        self.folder.cleanup()
+
+    def test_without_a_video_driver_sdl_cannot_start(self):
+        code, errors = run_to_end(self.home, SDL_VIDEODRIVER="nonsense")
+        self.assertEqual(code, 1)
+        self.assertRegex(errors, r"^SDL could not start: .+\n$")
+
+    def test_without_a_display_the_game_says_so(self):
+        code, errors = run_to_end(self.home)
+        self.assertEqual(code, 1)
+        self.assertRegex(errors, r"(?m)^SDL could not start: .+$")  # other lines are the video drivers' own
+
+    def test_a_driver_without_opengl_gives_no_window(self):
+        code, errors = run_to_end(self.home, SDL_VIDEODRIVER="dummy")
+        self.assertEqual(code, 1)
+        self.assertRegex(errors, r"^Could not create a window: .+\n$")
+
+    def test_an_old_driver_gives_no_context(self):
+        code, errors = run_to_end(self.home, SDL_VIDEODRIVER="offscreen", MESA_GL_VERSION_OVERRIDE="2.1")
+        self.assertEqual(code, 1)
+        self.assertRegex(errors, r"^OpenGL 3\.3 is not available on this computer\.\n\n.+\n$")
+
+    def test_a_driver_without_multisampling_still_starts_the_game(self):
+        code, errors = run_to_end(self.home, SDL_VIDEODRIVER="offscreen", GALLIUM_DRIVER="softpipe",
+                                  OV_SHOT=self.shot, OV_FRAMES="1")
+        self.assertEqual((code, errors), (0, ""))
+        self.assertEqual(read_bmp(self.shot).width, 1600)
+
+    def test_a_run_writes_its_picture_and_ends_with_zero(self):
+        code, errors = run_to_end(self.home, SDL_VIDEODRIVER="offscreen", OV_SHOT=self.shot, OV_FRAMES="2")
+        self.assertEqual((code, errors), (0, ""))
+        picture = read_bmp(self.shot)
+        self.assertEqual((picture.width, picture.height), (1600, 900))
+        red, green, blue = picture.pixel(800, 450)  # land under the title's evening sun
+        self.assertGreater(green, blue)
+
+    def test_a_picture_that_cannot_be_written_is_silent(self):
+        code, errors = run_to_end(self.home, SDL_VIDEODRIVER="offscreen", OV_SHOT="/nonexistent/x.bmp", OV_FRAMES="1")
+        self.assertEqual((code, errors), (0, ""))
+
+    def test_odd_variables_do_no_harm(self):
+        code, errors = run_to_end(self.home, SDL_VIDEODRIVER="offscreen", OV_SHOT=self.shot, OV_FRAMES="1",
+                                  OV_DEMO="\x01\xff", OV_SETTINGS="?",
+                                  OV_STATE="focus=-99999:99999,hour=-3e38,dist=1e38,overlay=,calday=2147483647," + "x" * 100000)
+        self.assertEqual((code, errors), (0, ""))
+        self.assertTrue(os.path.exists(self.shot))
+
+    def test_wild_scenes_are_drawn(self):
+        for state in ("focus=-2147483648:2147483647", "hour=1e30", "dist=-5", "calday=2147483647", "dist=0"):
+            code, errors = run_to_end(self.home, SDL_VIDEODRIVER="offscreen", OV_DEMO="1", OV_SHOT=self.shot,
+                                      OV_FRAMES="2", OV_STATE=state)
+            self.assertEqual((code, errors), (0, ""), state)
+
+    def test_an_unwritable_preference_folder_falls_back_to_the_working_folder(self):
+        blocked = os.path.join(self.home, "file")
+        open(blocked, "w").close()  # a file where a folder should be
+        code, errors = run_to_end(self.home, SDL_VIDEODRIVER="offscreen", XDG_DATA_HOME=blocked,
+                                  OV_SHOT=self.shot, OV_FRAMES="1")
+        self.assertEqual((code, errors), (0, ""))
+
+    def test_a_failed_start_shows_a_message_box_and_ends_with_one(self):
+        with Screen() as screen:
+            environment = clean_environment(self.home, DISPLAY=screen.display, MESA_GL_VERSION_OVERRIDE="2.1")
+            process = subprocess.Popen([PROGRAM], env=environment, stderr=subprocess.PIPE)
+            box = self.wait_for_box(environment)
+            deadline = time.monotonic() + 30
+            while process.poll() is None:
+                self.assertLess(time.monotonic(), deadline)
+                subprocess.run(["xdotool", "windowfocus", box, "key", "Return"], env=environment,
+                               stderr=subprocess.DEVNULL)
+                time.sleep(0.2)
+            self.assertEqual(process.wait(10), 1)
+            self.assertIn(b"OpenGL 3.3 is not available", process.stderr.read())
+            process.stderr.close()
+
+    def wait_for_box(self, environment):
+        """The window of the program that is not as wide as its own."""
+        deadline = time.monotonic() + 30
+        while time.monotonic() < deadline:
+            tree = subprocess.run(["xwininfo", "-root", "-tree", "-int"], env=environment, stdout=subprocess.PIPE)
+            for line in tree.stdout.decode().splitlines():
+                if '"Orlavane"' in line and " 1600x900+" not in line:
+                    return line.split()[0]
+            time.sleep(0.1)
+        self.fail("no message box came up")
+
+    def test_the_window_has_the_size_of_the_settings(self):
+        preferences = os.path.join(self.home, ".local/share/Orlavane/Orlavane")
+        os.makedirs(preferences)
+        with open(os.path.join(preferences, "settings.ini"), "w") as file:
+            file.write("resolution=0\n")
+        with Screen() as screen, Game(screen, home=self.home) as game:
+            self.assertEqual(game.geometry(), (1280, 720))
+
+    def test_f11_fills_the_screen_and_is_saved_at_once(self):
+        with Screen(window_manager=True) as screen, Game(screen, home=self.home) as game:
+            settings = os.path.join(game.preferences, "settings.ini")
+            game.press("F11")
+            self.wait_until(lambda: game.geometry() == (1920, 1080))
+            with open(settings) as file:
+                self.assertIn("fullscreen=1\n", file.read())
+            game.press("F11")
+            self.wait_until(lambda: game.geometry() == (1600, 900))
+            with open(settings) as file:
+                self.assertIn("fullscreen=0\n", file.read())
+
+    def wait_until(self, condition):
+        deadline = time.monotonic() + 20
+        while not condition():
+            self.assertLess(time.monotonic(), deadline)
+            time.sleep(0.1)
+
+
+if __name__ == "__main__":
+    unittest.main()
