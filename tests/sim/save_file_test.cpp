@@ -15,7 +15,6 @@
 
 // Where things lie in a file of version 3.
 constexpr size_t VERSION_AT = 4;
-constexpr size_t DAY_AT = 12;
 constexpr size_t TAX_AT = 112;
 constexpr size_t BUDGET_AT = 128;
 constexpr size_t DISTRICT_TAX_AT = 160;
