@@ -11,7 +11,8 @@ import subprocess
 import tempfile
 import time
 
-PROGRAM = os.environ.get("ORLAVANE", "build/release/bin/Orlavane")
+PROGRAM = os.environ.get("ORLAVANE") or os.path.join(os.path.dirname(os.path.abspath(__file__)),
+                                                    "../../build/release/bin/Orlavane")
 
 
 class Picture:
@@ -72,36 +73,49 @@ def read_xwd(data):
 class Screen:
     """A virtual screen of its own."""
 
-    def __init__(self, size="1920x1080"):
+    def __init__(self, size="1920x1080", window_manager=False):
         read_end, write_end = os.pipe()
-        self.process = subprocess.Popen(
+        server = subprocess.Popen(
             ["Xvfb", "-displayfd", str(write_end), "-screen", "0", size + "x24", "-nolisten", "tcp"],
             pass_fds=[write_end], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         os.close(write_end)
         with os.fdopen(read_end) as pipe:
             self.display = ":" + pipe.readline().strip()
+        self.processes = [server]
+        if window_manager:  # full screen is its business
+            self.processes.append(subprocess.Popen(["openbox"], env={**os.environ, "DISPLAY": self.display},
+                                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
 
     def __enter__(self):
         return self
 
     def __exit__(self, *_):
-        self.process.terminate()
-        self.process.wait()
+        for process in reversed(self.processes):
+            process.terminate()
+            process.wait()
 
 
 class Game:
     """The program in a window of the screen, with an empty preference folder unless `home` names one."""
 
-    def __init__(self, screen, home=None, **variables):
+    def __init__(self, screen, home=None, size=None, **variables):
         self.temporary = tempfile.TemporaryDirectory()
         self.home = home or self.temporary.name
         self.screen = screen
+        self.choose(size)
         self.environment = clean_environment(self.home, DISPLAY=screen.display, SDL_AUDIODRIVER="dummy", **variables)
-        self.process = subprocess.Popen([os.path.abspath(PROGRAM)], env=self.environment,
+        self.process = subprocess.Popen([PROGRAM], env=self.environment,
                                         stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
         self.window = self.wait_for_window()
         self.xdotool("windowfocus", "--sync", self.window)
-        self.frames(3)
+        self.wait_for_first_frame()
+
+    def choose(self, size):
+        """Writes the setting of the window size, 0 to 2, before the program reads it."""
+        if size is not None:
+            os.makedirs(self.preferences, exist_ok=True)
+            with open(os.path.join(self.preferences, "settings.ini"), "w") as file:
+                file.write(f"resolution={size}\n")
 
     def __enter__(self):
         return self
@@ -136,6 +150,12 @@ class Game:
             time.sleep(0.05)
         raise AssertionError("no window came up")
 
+    def wait_for_first_frame(self):
+        deadline = time.monotonic() + 30
+        while max(self.picture().mean()) < 1.0:  # an undrawn window is black
+            assert time.monotonic() < deadline, "nothing was drawn"
+            time.sleep(0.05)
+
     def frames(self, count=2):
         """Waits until the program has shown that many new frames or so."""
         time.sleep(0.12 * count)
@@ -159,6 +179,7 @@ class Game:
         self.point(*start)
         self.xdotool("mousedown", str(button))
         self.frames()
+        self.point((start[0] + end[0]) // 2, (start[1] + end[1]) // 2)
         self.point(*end)
         self.xdotool("mouseup", str(button))
         self.frames()
@@ -174,11 +195,76 @@ class Game:
                               stdout=subprocess.PIPE)
         return read_xwd(dump.stdout)
 
+    def settled_picture(self, still):
+        """The picture once it stays within `still` of itself for a few frames."""
+        deadline = time.monotonic() + 20
+        before = self.picture()
+        while True:
+            self.frames(3)
+            now = self.picture()
+            if now.difference(before) <= still:
+                return now
+            assert time.monotonic() < deadline, "the view does not come to rest"
+            before = now
+
     def geometry(self):
         """Width and height of the window."""
         words = dict(line.split("=") for line in
                      self.xdotool("getwindowgeometry", "--shell", self.window).splitlines())
         return int(words["WIDTH"]), int(words["HEIGHT"])
+
+    def saved(self):
+        """What F5 writes now."""
+        path = os.path.join(self.preferences, "savegame.ovw")
+        if os.path.exists(path):
+            os.remove(path)
+        self.press("F5")
+        deadline = time.monotonic() + 20
+        while not os.path.exists(path) or os.path.getsize(path) < Save.BUILDINGS:
+            assert time.monotonic() < deadline, "nothing was saved"
+            time.sleep(0.05)
+        self.frames()
+        return Save(path)
+
+    def load(self, save):
+        save.write()
+        self.press("F9")
+
+
+class Save:
+    """A saved game as bytes, to look into and to prepare scenes with."""
+
+    CELLS, CELL_SIZE, BUILDINGS = 38835, 12, 149427
+
+    def __init__(self, path):
+        self.path = path
+        with open(path, "rb") as file:
+            self.data = bytearray(file.read())
+
+    def write(self):
+        with open(self.path, "wb") as file:
+            file.write(self.data)
+
+    def cell(self, x, y):
+        """zone, terrain, road, district, hasTrees, busStop"""
+        return tuple(self.data[self.CELLS + self.CELL_SIZE * (96 * y + x):][:6])
+
+    def set_cell(self, x, y, field, value):
+        self.data[self.CELLS + self.CELL_SIZE * (96 * y + x) + field] = value
+
+    def cells_where(self, test):
+        return [(x, y) for y in range(96) for x in range(96) if test(*self.cell(x, y))]
+
+    def number(self, kind, offset):
+        return struct.unpack_from("<" + kind, self.data, offset)[0]
+
+    def set_number(self, kind, offset, *values):
+        struct.pack_into(f"<{len(values)}{kind}", self.data, offset, *values)
+
+    def buildings(self):
+        """(kind, x, y) of each."""
+        count = self.number("I", self.BUILDINGS)
+        return [struct.unpack_from("<BxhH", self.data, self.BUILDINGS + 4 + 44 * i) for i in range(count)]
 
 
 def clean_environment(home, **variables):
@@ -190,6 +276,6 @@ def clean_environment(home, **variables):
 
 def run_to_end(home, timeout=60, **variables):
     """Starts the program without a screen of ours, waits for its end: (exit code, error stream)."""
-    result = subprocess.run([os.path.abspath(PROGRAM)], env=clean_environment(home, SDL_AUDIODRIVER="dummy", **variables),
+    result = subprocess.run([PROGRAM], env=clean_environment(home, SDL_AUDIODRIVER="dummy", **variables),
                             stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, timeout=timeout)
     return result.returncode, result.stderr.decode()
