@@ -3,9 +3,12 @@
 
 #include "app/input.h"
 #include "app/settings.h"
+#include "audio/audio_engine.h"
+#include "maintenance/update.h"
 #include "sim/city.h"
 #include "view/camera.h"
 #include "view/renderer.h"
+#include "view/street_life.h"
 #include "view/world_meshes.h"
 
 #include <string>
@@ -16,6 +19,13 @@ enum Screen : uint8_t {
     SCREEN_SETTINGS,
     SCREEN_GAME,
     SCREEN_END
+};
+
+enum Panel : uint8_t {
+    PANEL_NONE,
+    PANEL_BUDGET,
+    PANEL_FINANCE,
+    PANEL_STATISTICS
 };
 
 struct FrameStats {
@@ -38,11 +48,46 @@ struct App {
     Renderer renderer;
     WorldMeshes meshes;
     Camera camera;
+    StreetLife streetLife;
+    AudioEngine audio;
 
     bool initialised = false;
     Screen screen = SCREEN_LAUNCHER;
     Screen returnScreen = SCREEN_TITLE; // where the settings screen leads back to
     bool saveExists = false;
+    bool paused = false; // the pause menu is open
+    int32_t launcherPage = 0;
+    int32_t tutorialStep = -1; // -1 while the guided tour does not run
+
+    uint8_t currentTool = 0;                 // Tool
+    uint8_t currentCategory = 0;             // ToolCategory
+    uint8_t currentOverlay = OVERLAY_NORMAL; // Overlay
+    uint8_t currentPanel = PANEL_NONE;       // Panel
+    int32_t paintDistrict = 0;               // 1 to 8 once the player has chosen one
+    int32_t speed = 0;                       // 0 to 3, 0 stops time
+    float dayTimer = 0.0f;                   // game seconds towards the next daily tick
+
+    int32_t hoverX = -1; // the cell under the mouse while hoverValid
+    int32_t hoverY = -1;
+    bool hoverValid = false;
+    bool dragging = false;
+    int32_t dragStartX = 0;
+    int32_t dragStartY = 0;
+    int32_t dragLastX = 0;
+    int32_t dragLastY = 0;
+
+    int32_t selectedBuilding = -1; // index into City::buildings, -1 for none
+    int32_t selectedBuildingCell = -1;
+    int32_t selectedCellX = -1;
+    int32_t selectedCellY = -1;
+
+    uint8_t statusId = 0; // the status line
+    uint32_t statusArg = 0;
+    float statusTimer = 0.0f; // seconds it is still shown
+    uint32_t lastEventCount = 0;
+
+    UpdateState updateState = UPDATE_IDLE;
+    UpdateManifest updateManifest; // the last one accepted
 
     FrameStats frameStats;
     uint64_t firstFrameCounter = 0; // performance counter at the first frame, 0 before it
@@ -55,6 +100,9 @@ struct App {
 // is missing and can be done without.
 bool appInit(App& app, const std::string& prefPath, std::string& error);
 void appShutdown(App& app);
+
+// True when the pointer stands on the interface, so that the tools must ignore it.
+bool pointerOverHud(const App& app, const Input& input);
 
 // True on the game screen, at its end, and in settings opened from the game: the picture shows the city in
 // play.

@@ -1,7 +1,10 @@
 #include "app/capture.h"
 
+#include "app/demo_city.h"
+#include "app/session.h"
+#include "app/tools.h"
+#include "ui/languages.h"
 #include "view/gl.h"
-#include "view/rebuild.h"
 
 #include <algorithm>
 #include <charconv>
@@ -33,25 +36,62 @@ static int indexIn(const std::vector<std::string_view>& words, std::string_view 
     return found == words.end() ? -1 : static_cast<int>(found - words.begin());
 }
 
-static void setFocus(App& app, std::string_view value) {
-    const size_t colon = value.find(':');
+// "x:y". False without a colon between two whole numbers.
+static bool readPair(std::string_view text, int& x, int& y) {
+    const size_t colon = text.find(':');
+    return colon != std::string_view::npos && readInt(text.substr(0, colon), x) &&
+           readInt(text.substr(colon + 1), y);
+}
+
+static void applyPanel(App& app, std::string_view value) {
+    const int panel = indexIn({"budget", "finance", "stats"}, value) + 1;
+    app.currentPanel = static_cast<uint8_t>(panel);
+}
+
+static void applyPause(App& app, std::string_view value) { app.paused = value == "1"; }
+
+static void applyFocus(App& app, std::string_view value) {
     int x;
     int y;
-    if (colon == std::string_view::npos || !readInt(value.substr(0, colon), x) ||
-        !readInt(value.substr(colon + 1), y))
-        return;
+    if (!readPair(value, x, y)) return;
     app.camera.target = {(static_cast<float>(x) + 0.5f) * CELL_WIDTH, 0.0f,
                          (static_cast<float>(y) + 0.5f) * CELL_WIDTH};
 }
 
-static void setOverlayByName(App& app, std::string_view value) {
-    const int mode = indexIn({"normal", "traffic", "power", "water", "pollution", "happy"}, value);
-    if (mode >= 0) setOverlay(app.meshes, mode);
+static void applySpeed(App& app, std::string_view value) {
+    int speed;
+    if (readInt(value, speed)) setSpeed(app, speed);
 }
 
-static void setScreen(App& app, std::string_view value) {
+static void applyOverlay(App& app, std::string_view value) {
+    setCurrentOverlay(app, indexIn({"normal", "traffic", "power", "water", "pollution", "happy"}, value));
+}
+
+static void applyCategory(App& app, std::string_view value) {
+    setCategory(
+        app, indexIn({"select", "roads", "zones", "services", "utilities", "districts", "bulldoze"}, value));
+}
+
+static void applyTool(App& app, std::string_view) { setTool(app, TOOL_RESIDENTIAL_ZONE); }
+
+static void applyLanguage(App& app, std::string_view value) {
+    const int language = languageFromCode(std::string(value).c_str());
+    if (language != 0 || value == languageAt(0).code) app.settings.language = language;
+}
+
+static void applyHour(App& app, std::string_view value) { readFloat(value, app.city.hourOfDay); }
+
+static void applyDistance(App& app, std::string_view value) { readFloat(value, app.camera.distance); }
+
+static void applySelect(App& app, std::string_view value) {
+    int x;
+    int y;
+    if (readPair(value, x, y)) selectCell(app, x, y);
+}
+
+static void applyScreen(App& app, std::string_view value) {
     if (value == "settings") {
-        app.returnScreen = app.screen == SCREEN_GAME ? SCREEN_GAME : SCREEN_TITLE;
+        app.returnScreen = app.paused || app.screen == SCREEN_GAME ? SCREEN_GAME : SCREEN_TITLE;
         app.screen = SCREEN_SETTINGS;
     }
     if (value == "title") app.screen = SCREEN_TITLE;
@@ -59,13 +99,31 @@ static void setScreen(App& app, std::string_view value) {
     if (value == "launcher") app.screen = SCREEN_LAUNCHER;
 }
 
-static void setHour(App& app, std::string_view value) { readFloat(value, app.city.hourOfDay); }
-
-static void setDistance(App& app, std::string_view value) { readFloat(value, app.camera.distance); }
-
-static void setCalendarDay(App& app, std::string_view value) {
+static void applyCalendarDay(App& app, std::string_view value) {
     if (readInt(value, app.city.calendarDay)) app.city.calendarDay = std::max(app.city.calendarDay, 0);
 }
+
+static void applyUpdate(App& app, std::string_view value) {
+    if (value == "current") app.updateState = UPDATE_CURRENT;
+    if (value == "newer") {
+        app.updateState = UPDATE_NEWER;
+        app.updateManifest.version = "0.2";
+    }
+    if (value == "offline") app.updateState = UPDATE_OFFLINE;
+    if (value == "checking") app.updateState = UPDATE_CHECKING;
+}
+
+static void applyTutorial(App& app, std::string_view value) {
+    int step;
+    if (readInt(value, step)) startTutorial(app, step);
+}
+
+static void applyLauncher(App& app, std::string_view value) {
+    app.screen = SCREEN_LAUNCHER;
+    app.launcherPage = indexIn({"files", "saves", "uninstall"}, value) + 1;
+}
+
+static void applyDistrict(App& app, std::string_view value) { readInt(value, app.paintDistrict); }
 
 struct StateKey {
     std::string_view name;
@@ -73,8 +131,12 @@ struct StateKey {
 };
 
 static constexpr StateKey STATE_KEYS[] = {
-    {"focus", setFocus},   {"overlay", setOverlayByName}, {"hour", setHour},
-    {"dist", setDistance}, {"screen", setScreen},         {"calday", setCalendarDay},
+    {"panel", applyPanel},        {"pause", applyPause},       {"focus", applyFocus},
+    {"speed", applySpeed},        {"overlay", applyOverlay},   {"cat", applyCategory},
+    {"tool", applyTool},          {"lang", applyLanguage},     {"hour", applyHour},
+    {"dist", applyDistance},      {"select", applySelect},     {"screen", applyScreen},
+    {"calday", applyCalendarDay}, {"update", applyUpdate},     {"tutorial", applyTutorial},
+    {"launcher", applyLauncher},  {"district", applyDistrict},
 };
 
 static void applyStatePiece(App& app, std::string_view piece) {
@@ -95,19 +157,10 @@ void applyStateString(App& app, const std::string& text) {
 // --- The variables
 // ----------------------------------------------------------------------------------------------
 
-// Enters the game screen with the city as it is.
-static void enterDemo(App& app) {
-    app.screen = SCREEN_GAME;
-    app.camera.target = {388.0f, 0.0f, 388.0f};
-    app.camera.yaw = 0.7f;
-    app.camera.pitch = 0.75f;
-    app.camera.distance = 150.0f;
-}
-
 Capture applyCaptureHooks(App& app) {
     Capture capture;
     const char* demo = std::getenv("OV_DEMO");
-    if (demo && demo[0] == '1') enterDemo(app);
+    if (demo && demo[0] == '1') buildDemoCity(app, 60);
     if (const char* shot = std::getenv("OV_SHOT")) capture.shotPath = shot;
     if (const char* frames = std::getenv("OV_FRAMES")) readInt(frames, capture.frameLimit);
     if (std::getenv("OV_SETTINGS")) {

@@ -1,5 +1,6 @@
 #include "app/frame.h"
 
+#include "app/session.h"
 #include "view/picking.h"
 #include "view/rebuild.h"
 
@@ -34,8 +35,7 @@ static void updateTitleView(App& app, float dt) {
 static void stepScreen(App& app, const Input& input, float dt) {
     switch (app.screen) {
     case SCREEN_GAME:
-        updateCamera(app.camera, input, dt);
-        updateWorldMeshes(app.meshes, app.city);
+        stepGame(app, input, dt);
         break;
     case SCREEN_END:
         updateWorldMeshes(app.meshes, app.city);

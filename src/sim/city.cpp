@@ -40,6 +40,23 @@ float cellSlope(const City& city, int x, int y) {
     return (high - low) / CELL_WIDTH;
 }
 
+const Cell& cellAt(const City& city, int x, int y) {
+    static constexpr Cell emptyLand;
+    return inMap(x, y) ? city.cells[cellIndex(x, y)] : emptyLand;
+}
+
+float fieldAt(const Grid& grid, int x, int y) { return inMap(x, y) ? grid[cellIndex(x, y)] : 0.0f; }
+
+int districtAt(const City& city, int x, int y) {
+    const int district = cellAt(city, x, y).district;
+    return district < DISTRICT_COUNT ? district : 0;
+}
+
+bool hasPolicy(const City& city, int x, int y, DistrictPolicy policy) {
+    const int district = districtAt(city, x, y);
+    return district > 0 && (city.districtPolicy[district] & policy) != 0;
+}
+
 void markCellDirty(City& city, int x, int y) {
     if (inMap(x, y)) city.cellDirty[cellIndex(x, y)] = 1;
 }

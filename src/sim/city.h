@@ -243,12 +243,28 @@ inline bool inMap(int x, int y) { return x >= 0 && y >= 0 && x < GRID_SIZE && y 
 inline int cellIndex(int x, int y) { return y * GRID_SIZE + x; }
 inline int cornerIndex(int x, int y) { return y * CORNER_SIDE + x; }
 
+// The order in which every rule looks at the four cells around one.
+struct CellStep {
+    int x;
+    int y;
+};
+constexpr std::array<CellStep, 4> NEIGHBOURS = {{{1, 0}, {-1, 0}, {0, 1}, {0, -1}}};
+
 // Bilinear height in world units; positions off the map are held to its edge.
 float heightAt(const City& city, float worldX, float worldY);
 // Mean of the four corners. The cell must be on the map.
 float cellAverageHeight(const City& city, int x, int y);
 // Highest minus lowest corner, divided by the cell's width. The cell must be on the map.
 float cellSlope(const City& city, int x, int y);
+
+// Empty land for a coordinate off the map, which a building of a loaded file may have.
+const Cell& cellAt(const City& city, int x, int y);
+// 0 off the map.
+float fieldAt(const Grid& grid, int x, int y);
+// 1 to 8, or 0 for a cell in no district.
+int districtAt(const City& city, int x, int y);
+// Whether the cell lies in a district with this policy.
+bool hasPolicy(const City& city, int x, int y, DistrictPolicy policy);
 
 // A coordinate off the map marks nothing.
 void markCellDirty(City& city, int x, int y);

@@ -83,6 +83,28 @@ TEST(City, AnIndexOutsideTheListCountsAsNoBuilding) {
     EXPECT_EQ(buildingAt(city, 96, 4), nullptr);
 }
 
+TEST(City, OffTheMapLiesEmptyLand) {
+    City city;
+    for (Cell& cell : city.cells) cell.road = cell.district = 1;
+    EXPECT_EQ(&cellAt(city, 95, 95), &city.cells[CELL_COUNT - 1]);
+    for (const auto& [x, y] : {std::pair{-1, 0}, {0, -1}, {96, 0}, {0, 96}, {32767, -32768}}) {
+        EXPECT_EQ(cellAt(city, x, y).road, ROAD_NONE);
+        EXPECT_EQ(cellAt(city, x, y).buildingIndex, -1);
+        EXPECT_EQ(districtAt(city, x, y), 0);
+        EXPECT_EQ(fieldAt(Grid(CELL_COUNT, 0.5f), x, y), 0.0f);
+    }
+}
+
+TEST(City, ADistrictThatDoesNotExistCountsAsNone) {
+    City city;
+    city.cells[0].district = 8;
+    city.cells[1].district = 9;
+    city.cells[2].district = 255;
+    EXPECT_EQ(districtAt(city, 0, 0), 8);
+    EXPECT_EQ(districtAt(city, 1, 0), 0);
+    EXPECT_EQ(districtAt(city, 2, 0), 0);
+}
+
 TEST(City, TheSeventhEventDropsTheOldestWhileTheCountGoesOn) {
     City city;
     for (uint32_t i = 1; i <= 7; i++) postEvent(city, STATUS_FINISHED, i);

@@ -1,0 +1,28 @@
+// City scripts drive the simulation without a window, one command a line: players run balance experiments
+// with them, and tests and benchmarks build their cities from them.
+#pragma once
+
+#include "sim/city.h"
+
+#include <iosfwd>
+#include <string>
+#include <string_view>
+#include <vector>
+
+constexpr int SCRIPT_OUTPUT_LOST = 1; // exit statuses besides 0
+constexpr int SCRIPT_REFUSED = 2;
+
+// The words of a line without its comment, split at blanks and tabs.
+std::vector<std::string_view> scriptWords(std::string_view line);
+
+// Runs one line. True leaves the line to print in `answer`, empty for a line without words; false means that
+// the line is no command, leaves the reason in `answer` and the city as it was.
+bool runScriptLine(City& city, std::string_view line, std::string& answer);
+
+// Runs every line up to the first that is no command, which it reports to `err` as "NAME:LINE: MESSAGE".
+// Answers the exit status. `out` is flushed whenever the input may keep us waiting, so that another program
+// can hold a conversation through two pipes.
+int runScript(City& city, const std::string& name, std::istream& in, std::ostream& out, std::ostream& err);
+
+// All commands with their arguments, one a line.
+std::string scriptUsage();
