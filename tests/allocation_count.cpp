@@ -1,0 +1,17 @@
+#include "allocation_count.h"
+
+#include <cstdlib>
+#include <new>
+
+static thread_local uint64_t count = 0;
+
+uint64_t allocationCount() { return count; }
+
+void* operator new(size_t size) {
+    count++;
+    if (void* memory = std::malloc(size != 0 ? size : 1)) return memory;
+    throw std::bad_alloc();
+}
+
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, size_t) noexcept { std::free(memory); }
