@@ -5,6 +5,7 @@
 #include "sim/map_generation.h"
 #include "sim/save_file.h"
 #include "view/rebuild.h"
+#include "view/street_life_mesh.h"
 
 #include <algorithm>
 #include <cmath>
@@ -153,7 +154,7 @@ void stepGame(App& app, const Input& input, float dt) {
     const float gameTime = advanceTime(app, dt);
     updateStreetLife(app.streetLife, app.city, gameTime, lastPopulation(app.city));
     updateWorldMeshes(app.meshes, app.city);
-    buildStreetLifeMesh(app.meshes, app.streetLife, app.city);
+    buildStreetLifeMesh(app.meshes, app.city, app.streetLife);
     if (app.statusTimer > 0.0f) app.statusTimer -= dt;
     showNews(app);
     if (app.paused)

@@ -48,14 +48,13 @@ TEST(Input, EveryKeyHasItsPlaceInTheTable) {
         SDL_Keycode keycode;
         int index;
     } table[] = {
-        {SDLK_w, 0},       {SDLK_a, 1},      {SDLK_s, 2},       {SDLK_d, 3},   {SDLK_q, 4},
-        {SDLK_e, 5},       {SDLK_UP, 6},     {SDLK_DOWN, 7},    {SDLK_LEFT, 8}, {SDLK_RIGHT, 9},
-        {SDLK_ESCAPE, 10}, {SDLK_SPACE, 11}, {SDLK_1, 12},      {SDLK_2, 13},  {SDLK_3, 14},
-        {SDLK_r, 15},      {SDLK_z, 16},     {SDLK_c, 17},      {SDLK_i, 18},  {SDLK_p, 19},
-        {SDLK_o, 20},      {SDLK_t, 21},     {SDLK_k, 22},      {SDLK_x, 23},  {SDLK_v, 24},
-        {SDLK_F5, 25},     {SDLK_F9, 26},    {SDLK_F11, 27},    {SDLK_RETURN, 28}, {SDLK_b, 29},
-        {SDLK_y, 30},      {SDLK_f, 31},     {SDLK_h, 32},      {SDLK_l, 33},  {SDLK_j, 34},
-        {SDLK_g, 35},      {SDLK_m, 36},     {SDLK_n, 37},      {SDLK_u, 38},  {SDLK_TAB, 39},
+        {SDLK_w, 0},  {SDLK_a, 1},    {SDLK_s, 2},    {SDLK_d, 3},     {SDLK_q, 4},       {SDLK_e, 5},
+        {SDLK_UP, 6}, {SDLK_DOWN, 7}, {SDLK_LEFT, 8}, {SDLK_RIGHT, 9}, {SDLK_ESCAPE, 10}, {SDLK_SPACE, 11},
+        {SDLK_1, 12}, {SDLK_2, 13},   {SDLK_3, 14},   {SDLK_r, 15},    {SDLK_z, 16},      {SDLK_c, 17},
+        {SDLK_i, 18}, {SDLK_p, 19},   {SDLK_o, 20},   {SDLK_t, 21},    {SDLK_k, 22},      {SDLK_x, 23},
+        {SDLK_v, 24}, {SDLK_F5, 25},  {SDLK_F9, 26},  {SDLK_F11, 27},  {SDLK_RETURN, 28}, {SDLK_b, 29},
+        {SDLK_y, 30}, {SDLK_f, 31},   {SDLK_h, 32},   {SDLK_l, 33},    {SDLK_j, 34},      {SDLK_g, 35},
+        {SDLK_m, 36}, {SDLK_n, 37},   {SDLK_u, 38},   {SDLK_TAB, 39},
     };
     ASSERT_EQ(std::size(table), static_cast<size_t>(KEY_COUNT));
     for (const auto& row : table) EXPECT_EQ(indexOf(row.keycode), row.index) << SDL_GetKeyName(row.keycode);
@@ -72,10 +71,10 @@ TEST(Input, AKeyThatIsNotListedIsIgnored) {
 }
 
 TEST(Input, LayoutsWithoutLatinLettersUseTheKeyAtTheSamePlace) {
-    EXPECT_EQ(indexOf(0x446, SDL_SCANCODE_W), KEY_W); // Cyrillic
+    EXPECT_EQ(indexOf(0x446, SDL_SCANCODE_W), KEY_W);          // Cyrillic
     EXPECT_EQ(indexOf(SDLK_AMPERSAND, SDL_SCANCODE_1), KEY_1); // French digits need Shift
-    EXPECT_EQ(indexOf(SDLK_w, SDL_SCANCODE_Z), KEY_W); // French letters are Latin: the letter counts
-    EXPECT_EQ(indexOf(SDLK_COMMA, SDL_SCANCODE_W), -1); // so does a Latin mark
+    EXPECT_EQ(indexOf(SDLK_w, SDL_SCANCODE_Z), KEY_W);         // French letters are Latin: the letter counts
+    EXPECT_EQ(indexOf(SDLK_COMMA, SDL_SCANCODE_W), -1);        // so does a Latin mark
     EXPECT_EQ(indexOf(0x446, SDL_SCANCODE_COMMA), -1);
 }
 

@@ -92,16 +92,24 @@ class Screen:
 class Game:
     """The program in a window of the screen, with an empty preference folder unless `home` names one."""
 
-    def __init__(self, screen, home=None, **variables):
+    def __init__(self, screen, home=None, size=None, **variables):
         self.temporary = tempfile.TemporaryDirectory()
         self.home = home or self.temporary.name
         self.screen = screen
+        self.choose(size)
         self.environment = clean_environment(self.home, DISPLAY=screen.display, SDL_AUDIODRIVER="dummy", **variables)
         self.process = subprocess.Popen([os.path.abspath(PROGRAM)], env=self.environment,
                                         stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
         self.window = self.wait_for_window()
         self.xdotool("windowfocus", "--sync", self.window)
         self.frames(3)
+
+    def choose(self, size):
+        """Writes the setting of the window size, 0 to 2, before the program reads it."""
+        if size is not None:
+            os.makedirs(self.preferences, exist_ok=True)
+            with open(os.path.join(self.preferences, "settings.ini"), "w") as file:
+                file.write(f"resolution={size}\n")
 
     def __enter__(self):
         return self
@@ -179,6 +187,59 @@ class Game:
         words = dict(line.split("=") for line in
                      self.xdotool("getwindowgeometry", "--shell", self.window).splitlines())
         return int(words["WIDTH"]), int(words["HEIGHT"])
+
+    def saved(self):
+        """What F5 writes now."""
+        path = os.path.join(self.preferences, "savegame.ovw")
+        if os.path.exists(path):
+            os.remove(path)
+        self.press("F5")
+        deadline = time.monotonic() + 20
+        while not os.path.exists(path) or os.path.getsize(path) < Save.BUILDINGS:
+            assert time.monotonic() < deadline, "nothing was saved"
+            time.sleep(0.05)
+        self.frames()
+        return Save(path)
+
+    def load(self, save):
+        save.write()
+        self.press("F9")
+
+
+class Save:
+    """A saved game as bytes, to look into and to prepare scenes with."""
+
+    CELLS, CELL_SIZE, BUILDINGS = 38835, 12, 149427
+
+    def __init__(self, path):
+        self.path = path
+        with open(path, "rb") as file:
+            self.data = bytearray(file.read())
+
+    def write(self):
+        with open(self.path, "wb") as file:
+            file.write(self.data)
+
+    def cell(self, x, y):
+        """zone, terrain, road, district, hasTrees, busStop"""
+        return tuple(self.data[self.CELLS + self.CELL_SIZE * (96 * y + x):][:6])
+
+    def set_cell(self, x, y, field, value):
+        self.data[self.CELLS + self.CELL_SIZE * (96 * y + x) + field] = value
+
+    def cells_where(self, test):
+        return [(x, y) for y in range(96) for x in range(96) if test(*self.cell(x, y))]
+
+    def number(self, kind, offset):
+        return struct.unpack_from("<" + kind, self.data, offset)[0]
+
+    def set_number(self, kind, offset, *values):
+        struct.pack_into(f"<{len(values)}{kind}", self.data, offset, *values)
+
+    def buildings(self):
+        """(kind, x, y) of each."""
+        count = self.number("I", self.BUILDINGS)
+        return [struct.unpack_from("<BxhH", self.data, self.BUILDINGS + 4 + 44 * i) for i in range(count)]
 
 
 def clean_environment(home, **variables):

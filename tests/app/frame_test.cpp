@@ -1,0 +1,103 @@
+#include "app/frame.h"
+
+#include "app/game_fixture.h"
+
+#include <fstream>
+#include <string>
+
+class FrameTest : public GameTest {
+protected:
+    bool step(float dt) {
+        const bool goesOn = stepFrame(app, input, dt);
+        input.keysPressed.fill(0);
+        return goesOn;
+    }
+};
+
+TEST_F(FrameTest, AStallAdvancesTheGameByATenthOfASecondAtMost) {
+    app.speed = 3;
+    step(5.0f);
+    EXPECT_FLOAT_EQ(app.dayTimer, 0.3f);
+}
+
+TEST_F(FrameTest, FramesPerSecondAreMeasuredOverHalfASecond) {
+    for (int frame = 0; frame < 9; frame++) step(0.05f);
+    EXPECT_EQ(app.frameStats.framesPerSecond, 0.0f);
+    step(0.0625f);
+    EXPECT_NEAR(app.frameStats.framesPerSecond, 10.0f / 0.5125f, 1e-3f);
+    EXPECT_EQ(app.frameStats.frames, 0);
+    EXPECT_EQ(app.frameStats.timer, 0.0f);
+}
+
+TEST_F(FrameTest, BeforeItIsInitialisedAFrameOnlyCounts) {
+    app.initialised = false;
+    app.speed = 1;
+    input.keysPressed[KEY_F11] = 1;
+    EXPECT_TRUE(step(0.1f));
+    EXPECT_FALSE(app.settings.fullscreen);
+    EXPECT_EQ(app.dayTimer, 0.0f);
+    EXPECT_EQ(app.frameStats.frames, 1);
+}
+
+TEST_F(FrameTest, F11FlipsFullScreenOnEveryScreenAndSavesItAtOnce) {
+    for (const Screen screen : {SCREEN_LAUNCHER, SCREEN_TITLE, SCREEN_SETTINGS, SCREEN_GAME, SCREEN_END}) {
+        app.screen = screen;
+        app.settings.fullscreen = false;
+        app.displayDirty = false;
+        input.keysPressed[KEY_F11] = 1;
+        step(0.01f);
+        EXPECT_TRUE(app.settings.fullscreen) << screen;
+        EXPECT_TRUE(app.displayDirty) << screen;
+        Settings saved;
+        ASSERT_TRUE(loadSettings(saved, app.settingsPath));
+        EXPECT_TRUE(saved.fullscreen) << screen;
+    }
+}
+
+TEST_F(FrameTest, TheMenusShowTheTurningLand) {
+    for (const Screen screen : {SCREEN_LAUNCHER, SCREEN_TITLE, SCREEN_SETTINGS}) {
+        app.screen = screen;
+        app.returnScreen = SCREEN_TITLE;
+        app.camera.yaw = 1.0f;
+        app.camera.distance = 60.0f;
+        input.keysHeld[KEY_W] = 1; // the player's keys do not move it
+        step(0.1f);
+        EXPECT_FLOAT_EQ(app.camera.yaw, 1.004f);
+        EXPECT_EQ(app.camera.pitch, 0.55f);
+        EXPECT_EQ(app.camera.distance, 330.0f);
+        EXPECT_EQ(app.camera.target, (Vec3{384.0f, 0.0f, 384.0f}));
+    }
+}
+
+TEST_F(FrameTest, OptionsOpenedFromTheGameAndTheEndScreenKeepItsView) {
+    app.speed = 1;
+    for (const Screen screen : {SCREEN_SETTINGS, SCREEN_END}) {
+        app.screen = screen;
+        app.returnScreen = SCREEN_GAME;
+        app.city.cellDirty.assign(CELL_COUNT, 1);
+        step(0.1f);
+        EXPECT_EQ(app.camera.distance, 190.0f);
+        EXPECT_EQ(app.dayTimer, 0.0f);
+        EXPECT_EQ(app.city.cellDirty[0], 0); // what is stale is still rebuilt
+    }
+}
+
+TEST_F(FrameTest, TheLoopEndsWhenThePlayerQuits) {
+    EXPECT_TRUE(step(0.01f));
+    app.quitRequested = true;
+    EXPECT_FALSE(step(0.01f));
+}
+
+TEST_F(FrameTest, TheInputIsKeptForTheNextFramesMouseDelta) {
+    input.mouseX = 123.0f;
+    step(0.01f);
+    EXPECT_EQ(app.camera.previousInput.mouseX, 123.0f);
+}
+
+TEST_F(FrameTest, AnyWindowSizeIsSurvived) {
+    for (const auto [width, height] : {std::pair{0, 0}, {1, 1}, {0, 900}, {1600, 0}, {8000, 300}, {-5, -5}}) {
+        input.drawableWidth = width;
+        input.drawableHeight = height;
+        EXPECT_TRUE(step(0.01f)) << width << " by " << height;
+    }
+}

@@ -1,0 +1,35 @@
+// A game on level land without a window: real session, camera and tools, and a GL table that draws nothing.
+#pragma once
+
+#include "app/app.h"
+#include "view/fake_gl.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+class GameTest : public testing::Test {
+protected:
+    GameTest();
+
+    // One frame of the game screen. What happened only in this frame is forgotten after it.
+    void frame(float dt = 0.0f);
+    void press(Key key); // and one frame
+
+    // Puts the mouse on the middle of a cell as the camera sees it; far off the map it points into the sky.
+    void point(int x, int y);
+    void pointOffTheMap();
+    // Moves to a cell, presses or releases the left button there, and runs the frame.
+    void pressAt(int x, int y);
+    void dragTo(int x, int y);
+    void releaseAt(int x, int y);
+    void click(int x, int y);
+
+    Cell& cell(int x, int y) { return app.city.cells[cellIndex(x, y)]; }
+    uint32_t played(SoundEffect effect) const { return app.audio.played[effect]; }
+
+    FakeGl gl;
+    App app;
+    Input input;
+    std::string folder; // for this test's files, with a separator at its end
+};

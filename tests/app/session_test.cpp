@@ -1,0 +1,380 @@
+#include "app/session.h"
+
+#include "app/demo_city.h"
+#include "app/game_fixture.h"
+#include "app/tools.h"
+#include "sim/city_helpers.h"
+#include "sim/map_generation.h"
+#include "sim/save_file.h"
+
+#include <cmath>
+#include <ctime>
+#include <fstream>
+#include <limits>
+
+class SessionTest : public GameTest {};
+
+// --- Starting, saving, loading
+// ----------------------------------------------------------------------------------
+
+TEST_F(SessionTest, ANewCityResetsTheSession) {
+    setTool(app, TOOL_PARK);
+    setCurrentOverlay(app, OVERLAY_POWER);
+    app.currentPanel = PANEL_FINANCE;
+    app.paintDistrict = 5;
+    app.dayTimer = 12.5f;
+    app.speed = 3;
+    app.paused = true;
+    selectCell(app, 4, 4);
+    app.screen = SCREEN_TITLE;
+    app.camera.distance = 50.0f;
+    newCity(app);
+    EXPECT_EQ(app.screen, SCREEN_GAME);
+    EXPECT_EQ(app.currentTool, TOOL_SELECT);
+    EXPECT_EQ(app.currentCategory, CATEGORY_SELECT);
+    EXPECT_EQ(app.currentOverlay, OVERLAY_NORMAL);
+    EXPECT_EQ(app.meshes.overlayMode, OVERLAY_NORMAL);
+    EXPECT_EQ(app.currentPanel, PANEL_NONE);
+    EXPECT_EQ(app.speed, 1);
+    EXPECT_FALSE(app.paused);
+    EXPECT_EQ(app.selectedCellX, -1);
+    EXPECT_EQ(app.camera.target, (Vec3{384.0f, 0.0f, 384.0f}));
+    EXPECT_EQ(app.camera.yaw, 0.8f);
+    EXPECT_EQ(app.camera.pitch, 0.95f);
+    EXPECT_EQ(app.camera.distance, 190.0f);
+    EXPECT_EQ(app.statusId, STATUS_WELCOME);
+    EXPECT_EQ(app.statusTimer, 6.0f);
+    EXPECT_EQ(app.lastEventCount, app.city.eventCount);
+    EXPECT_EQ(app.paintDistrict, 5); // keeps the last value
+    EXPECT_EQ(app.dayTimer, 12.5f);  // goes on
+}
+
+TEST_F(SessionTest, TheSeedOfANewCityIsTheClock) {
+    const auto before = static_cast<uint32_t>(std::time(nullptr)) & 0x7FFFFFFFu;
+    newCity(app);
+    EXPECT_GE(app.citySeed, before);
+    EXPECT_LE(app.citySeed, before + 5);
+    EXPECT_EQ(app.city.seed, app.citySeed);
+}
+
+TEST_F(SessionTest, TheTourStartsWithTheFirstCityOnly) {
+    newCity(app);
+    EXPECT_EQ(app.tutorialStep, -1);
+    app.settings.tutorialDone = false;
+    newCity(app);
+    EXPECT_EQ(app.tutorialStep, 0);
+}
+
+TEST_F(SessionTest, SavingAndLoadingGoRoundTrip) {
+    app.city.money = 4321.0;
+    cell(30, 30).road = ROAD_AVENUE;
+    press(KEY_F5);
+    EXPECT_EQ(app.statusId, STATUS_GAME_SAVED);
+    EXPECT_EQ(app.statusTimer, 6.0f);
+    EXPECT_TRUE(app.saveExists);
+
+    app.city.money = 1.0;
+    cell(30, 30).road = ROAD_NONE;
+    app.currentPanel = PANEL_BUDGET;
+    selectCell(app, 3, 3);
+    const Camera camera = app.camera;
+    app.dayTimer = 7.0f;
+    press(KEY_F9);
+    EXPECT_EQ(app.city.money, 4321.0);
+    EXPECT_EQ(cell(30, 30).road, ROAD_AVENUE);
+    EXPECT_EQ(app.statusId, STATUS_LOADED);
+    EXPECT_EQ(app.currentPanel, PANEL_NONE);
+    EXPECT_EQ(app.selectedCellX, -1);
+    EXPECT_EQ(app.lastEventCount, app.city.eventCount);
+    EXPECT_EQ(app.dayTimer, 7.0f);
+    EXPECT_EQ(app.camera.target, camera.target); // a load does not move the camera
+    EXPECT_EQ(app.camera.distance, camera.distance);
+}
+
+TEST_F(SessionTest, AFailedSaveKeepsWhatIsKnownOfTheOldOne) {
+    app.savePath = folder + "nowhere/savegame.ovw";
+    press(KEY_F5);
+    EXPECT_EQ(app.statusId, STATUS_SAVE_FAILED);
+    EXPECT_FALSE(app.saveExists);
+    app.saveExists = true;
+    press(KEY_F5);
+    EXPECT_TRUE(app.saveExists);
+}
+
+TEST_F(SessionTest, AFailedLoadLeavesEverythingAsItWas) {
+    app.currentPanel = PANEL_BUDGET;
+    const uint64_t before = cityHash(app.city);
+    app.screen = SCREEN_TITLE;
+    loadGame(app);
+    EXPECT_EQ(app.statusId, STATUS_NO_SAVED_GAME);
+    EXPECT_EQ(app.screen, SCREEN_TITLE);
+    EXPECT_EQ(app.currentPanel, PANEL_BUDGET);
+    EXPECT_EQ(cityHash(app.city), before);
+
+    std::ofstream(app.savePath) << "OVW2 and nothing behind it";
+    loadGame(app);
+    EXPECT_EQ(app.statusId, STATUS_NO_SAVED_GAME);
+    EXPECT_EQ(cityHash(app.city), before);
+}
+
+TEST_F(SessionTest, WhilePausedF9WorksAndF5DoesNot) {
+    press(KEY_F5);
+    app.city.money = 7.0;
+    app.paused = true;
+    press(KEY_F5);
+    EXPECT_TRUE(app.paused);
+    press(KEY_F9);
+    EXPECT_FALSE(app.paused);
+    EXPECT_EQ(app.city.money, 150000.0);
+}
+
+// --- Keys
+// -------------------------------------------------------------------------------------------------------
+
+TEST_F(SessionTest, EscapeClosesMenuPanelAndSelectionInThisOrderAndThenOpensTheMenu) {
+    app.paused = true;
+    app.currentPanel = PANEL_STATISTICS;
+    selectCell(app, 5, 5);
+    press(KEY_ESC);
+    EXPECT_FALSE(app.paused);
+    EXPECT_EQ(app.currentPanel, PANEL_STATISTICS);
+    press(KEY_ESC);
+    EXPECT_EQ(app.currentPanel, PANEL_NONE);
+    EXPECT_EQ(app.selectedCellX, 5);
+    press(KEY_ESC);
+    EXPECT_EQ(app.selectedCellX, -1);
+    EXPECT_FALSE(app.paused);
+    press(KEY_ESC);
+    EXPECT_TRUE(app.paused);
+}
+
+TEST_F(SessionTest, ASelectedBuildingIsClearedByEscapeToo) {
+    addBuilding(app.city, 5, 5, KIND_PARK);
+    selectCell(app, 5, 5);
+    press(KEY_ESC);
+    EXPECT_EQ(app.selectedBuilding, -1);
+    EXPECT_FALSE(app.paused);
+}
+
+TEST_F(SessionTest, KeysOfAFrameThatOpensTheMenuAreNotRead) {
+    app.speed = 1;
+    input.keysPressed[KEY_3] = 1;
+    press(KEY_ESC);
+    EXPECT_TRUE(app.paused);
+    EXPECT_EQ(app.speed, 1);
+}
+
+TEST_F(SessionTest, KeysOfAFrameThatClosesTheMenuAreRead) {
+    app.paused = true;
+    input.keysPressed[KEY_3] = 1;
+    press(KEY_ESC);
+    EXPECT_EQ(app.speed, 3);
+}
+
+TEST_F(SessionTest, SpaceStopsAndStartsTimeAndTheDigitsSetItsSpeed) {
+    app.speed = 2;
+    press(KEY_SPACE);
+    EXPECT_EQ(app.speed, 0);
+    press(KEY_SPACE);
+    EXPECT_EQ(app.speed, 1);
+    press(KEY_3);
+    EXPECT_EQ(app.speed, 3);
+    press(KEY_2);
+    EXPECT_EQ(app.speed, 2);
+    press(KEY_1);
+    EXPECT_EQ(app.speed, 1);
+    setSpeed(app, 9);
+    EXPECT_EQ(app.speed, 3);
+    setSpeed(app, -9);
+    EXPECT_EQ(app.speed, 0);
+}
+
+TEST_F(SessionTest, TabGoesThroughAllSixOverlays) {
+    for (int step = 1; step <= 6; step++) {
+        press(KEY_TAB);
+        EXPECT_EQ(app.currentOverlay, step % 6);
+        EXPECT_EQ(app.meshes.overlayMode, step % 6);
+    }
+    setCurrentOverlay(app, 6);
+    setCurrentOverlay(app, -1);
+    EXPECT_EQ(app.currentOverlay, 0);
+}
+
+// --- Time
+// -------------------------------------------------------------------------------------------------------
+
+TEST_F(SessionTest, TheTwoClocksRunIndependently) {
+    app.speed = 1;
+    frame(0.1f);
+    EXPECT_FLOAT_EQ(app.dayTimer, 0.1f);
+    EXPECT_FLOAT_EQ(app.city.hourOfDay, 9.0f + 0.1f * 24.0f / 1200.0f);
+    EXPECT_EQ(app.city.day, 0);
+}
+
+TEST_F(SessionTest, AtSpeedThreeATenthOfASecondIsThree) {
+    app.speed = 3;
+    frame(0.1f);
+    EXPECT_FLOAT_EQ(app.dayTimer, 0.3f);
+}
+
+TEST_F(SessionTest, ADayTakesFortyFiveSecondsAndIsHeard) {
+    app.speed = 1;
+    app.dayTimer = 44.95f;
+    frame(0.1f);
+    EXPECT_EQ(app.city.day, 1);
+    EXPECT_NEAR(app.dayTimer, 0.05f, 1e-4f);
+    EXPECT_EQ(played(SOUND_DAY_BELL), 1u);
+}
+
+TEST_F(SessionTest, DaysThatAreOverdueAreNotSkipped) {
+    app.speed = 1;
+    app.dayTimer = 45.0f * 3 + 1.0f;
+    frame(0.1f);
+    EXPECT_EQ(app.city.day, 3);
+    EXPECT_EQ(played(SOUND_DAY_BELL), 3u);
+}
+
+TEST_F(SessionTest, MidnightTurnsTheCalendar) {
+    app.speed = 1;
+    app.city.hourOfDay = 23.999f;
+    frame(0.1f);
+    EXPECT_EQ(app.city.calendarDay, 1);
+    EXPECT_GE(app.city.hourOfDay, 0.0f);
+    EXPECT_LT(app.city.hourOfDay, 0.01f);
+}
+
+TEST_F(SessionTest, WildHoursFromASaveComeToAnEnd) {
+    app.speed = 1;
+    for (const float hour : {1e30f, -1e30f, std::numeric_limits<float>::infinity(), std::nanf("")}) {
+        app.city.hourOfDay = hour;
+        app.city.calendarDay = std::numeric_limits<int32_t>::max();
+        frame(0.1f);
+        EXPECT_TRUE(app.city.hourOfDay < 24.0f) << hour;
+        EXPECT_EQ(app.city.calendarDay, std::numeric_limits<int32_t>::max());
+    }
+}
+
+TEST_F(SessionTest, AtSpeedZeroTheClocksStandAndTheToolsWork) {
+    app.speed = 0;
+    app.dayTimer = 44.99f;
+    setTool(app, TOOL_STREET);
+    pressAt(50, 50);
+    frame(0.1f);
+    EXPECT_EQ(app.city.day, 0);
+    EXPECT_EQ(app.dayTimer, 44.99f);
+    EXPECT_EQ(app.city.hourOfDay, 9.0f);
+    EXPECT_EQ(cell(50, 50).road, ROAD_STREET);
+}
+
+TEST_F(SessionTest, WhilePausedTheCameraMovesAndTimeAndToolsDoNot) {
+    app.paused = true;
+    app.speed = 3;
+    setTool(app, TOOL_STREET);
+    input.keysHeld[KEY_W] = 1;
+    const float before = app.camera.target.z;
+    pressAt(50, 50);
+    frame(0.1f);
+    EXPECT_NE(app.camera.target.z, before);
+    EXPECT_EQ(app.dayTimer, 0.0f);
+    EXPECT_EQ(cell(50, 50).road, ROAD_NONE);
+    EXPECT_EQ(app.meshes.hoverX, -1);
+}
+
+TEST_F(SessionTest, AFinishedMissionIsHeard) {
+    app.speed = 1;
+    layRoads(app.city, 40, 40, 59, 40);
+    for (int x = 40; x < 60; x++) cell(x, 41).zone = ZONE_RESIDENTIAL;
+    app.dayTimer = 45.0f;
+    frame(0.01f);
+    EXPECT_EQ(app.city.missionIndex, 1);
+    EXPECT_EQ(played(SOUND_MISSION), 1u);
+    EXPECT_EQ(app.statusId, STATUS_MISSION_COMPLETE);
+}
+
+// --- News and the end
+// -------------------------------------------------------------------------------------------
+
+TEST_F(SessionTest, NewsShowsTheNewestEventForSixSeconds) {
+    postEvent(app.city, STATUS_FINISHED, KIND_SCHOOL);
+    postEvent(app.city, STATUS_FINISHED, KIND_PARK);
+    frame(0.1f);
+    EXPECT_EQ(app.statusId, STATUS_FINISHED);
+    EXPECT_EQ(app.statusArg, static_cast<uint32_t>(KIND_PARK));
+    EXPECT_EQ(app.statusTimer, 6.0f);
+    frame(0.1f);
+    EXPECT_FLOAT_EQ(app.statusTimer, 5.9f);
+}
+
+TEST_F(SessionTest, NewsWithoutAnEntryIsTakenNoteOfInSilence) {
+    app.statusId = STATUS_STREET_BUILT;
+    app.city.eventCount = 12;
+    app.city.events.clear();
+    frame();
+    EXPECT_EQ(app.lastEventCount, 12u);
+    EXPECT_EQ(app.statusId, STATUS_STREET_BUILT);
+}
+
+TEST_F(SessionTest, BankruptcyEndsTheGame) {
+    selectCell(app, 4, 4);
+    app.city.bankrupt = 1;
+    frame();
+    EXPECT_EQ(app.screen, SCREEN_END);
+    EXPECT_EQ(app.selectedCellX, -1);
+}
+
+TEST_F(SessionTest, FinishedMissionsEndTheGameUntilThePlayerKeepsBuilding) {
+    app.city.allMissionsDone = 1;
+    app.city.keepPlaying = 1;
+    frame();
+    EXPECT_EQ(app.screen, SCREEN_GAME);
+    app.city.keepPlaying = 0;
+    frame();
+    EXPECT_EQ(app.screen, SCREEN_END);
+}
+
+TEST_F(SessionTest, ALoadedBankruptCityGoesStraightBackToItsEnd) {
+    app.city.bankrupt = 1;
+    saveGame(app);
+    app.city.bankrupt = 0;
+    loadGame(app);
+    EXPECT_EQ(app.screen, SCREEN_GAME);
+    frame();
+    EXPECT_EQ(app.screen, SCREEN_END);
+}
+
+// --- The demo city
+// ----------------------------------------------------------------------------------------------
+
+TEST_F(SessionTest, TheDemoCityStandsAsItIsToldEachTime) {
+    app.settings.tutorialDone = false;
+    app.settingsPath = folder + "untouched.ini";
+    buildDemoCity(app, 0);
+    for (int x = 40; x <= 56; x++) EXPECT_NE(cell(x, 48).road, ROAD_NONE);
+    for (int y = 42; y <= 54; y++) EXPECT_NE(cell(48, y).road, ROAD_NONE);
+    EXPECT_EQ(cell(48, 48).road, ROAD_AVENUE);
+    EXPECT_EQ(cell(51, 48).busStop, 1);
+    EXPECT_EQ(cell(45, 48).busStop, 1);
+    ASSERT_EQ(app.city.buildings.size(), 6u); // the hospital is too dear
+    EXPECT_EQ(app.city.buildings[0].kind, KIND_GAS_POWER_PLANT);
+    EXPECT_EQ(cell(47, 46).zone, ZONE_RESIDENTIAL);
+    EXPECT_EQ(cell(41, 53).zone, ZONE_RESIDENTIAL);
+    EXPECT_EQ(cell(55, 43).zone, ZONE_COMMERCIAL);
+    EXPECT_EQ(cell(55, 53).zone, ZONE_INDUSTRIAL);
+    EXPECT_EQ(cell(41, 43).district, 1);
+    EXPECT_EQ(cell(45, 43).district, 0);
+    EXPECT_EQ(app.speed, 0);
+    EXPECT_EQ(app.tutorialStep, -1);
+    EXPECT_FALSE(std::ifstream(app.settingsPath).good());
+    EXPECT_EQ(app.camera.target, (Vec3{388.0f, 0.0f, 388.0f}));
+    EXPECT_EQ(app.camera.distance, 150.0f);
+    EXPECT_EQ(app.lastEventCount, app.city.eventCount);
+    EXPECT_FALSE(app.streetLife.vehicles.empty());
+}
+
+TEST_F(SessionTest, TheDemoCityGrowsInItsDays) {
+    buildDemoCity(app, 60);
+    EXPECT_EQ(app.city.day, 60);
+    EXPECT_GT(app.city.buildings.size(), 20u);
+    EXPECT_GT(app.city.population, 0);
+    EXPECT_EQ(brokenInvariant(app.city), "");
+}
