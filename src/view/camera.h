@@ -17,9 +17,11 @@ struct Camera {
     Input previousInput;                  // of the frame before, for the mouse delta only
 };
 
+// `dt` in seconds. The caller stores the frame's input in `previousInput` when the frame is done.
 void updateCamera(Camera& camera, const Input& input, float dt);
 
-// Keeps the whole view over the map, on the plane y = 0. `aspect` is width over height.
+// Keeps the whole view over the map, on the plane y = 0. `aspect` is width over height. A pose that is no
+// number becomes that of a new camera.
 void clampCamera(Camera& camera, float aspect);
 
 // From the target to the eye, a unit vector.

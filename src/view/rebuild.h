@@ -4,8 +4,10 @@
 #include "sim/city.h"
 #include "view/world_meshes.h"
 
-// Stores the overlay (0 to 5), and rebuilds everything at the next update if it changed.
+// Stores the overlay, and makes all that shows it stale if it changed. A mode that does not exist changes
+// nothing.
 void setOverlay(WorldMeshes& meshes, int mode);
 
-// Rebuilds whatever the city's dirty marks call stale, and clears them. Once a frame, before drawing.
+// Rebuilds the ground where the city's dirty marks call it stale, clears these marks, and makes the water the
+// first time. Once a frame, before drawing.
 void updateWorldMeshes(WorldMeshes& meshes, City& city);
