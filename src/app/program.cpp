@@ -134,8 +134,21 @@ static std::string preferenceFolder() {
     return folder;
 }
 
+// SDL falls back on drivers that show nothing to anyone. They are for unattended runs, which ask for them by
+// name; a player without a display must be told.
+static bool startSdl() {
+    if (SDL_Init(SDL_INIT_VIDEO | SDL_INIT_EVENTS) != 0) return false;
+    const std::string driver = SDL_GetCurrentVideoDriver();
+    if (SDL_GetHint(SDL_HINT_VIDEODRIVER) ||
+        (driver != "offscreen" && driver != "dummy" && driver != "evdev"))
+        return true;
+    SDL_Quit();
+    SDL_SetError("there is no display");
+    return false;
+}
+
 int runProgram(GlLoader loader) {
-    if (SDL_Init(SDL_INIT_VIDEO | SDL_INIT_EVENTS) != 0) {
+    if (!startSdl()) {
         showFailure(nullptr, std::string("SDL could not start: ") + SDL_GetError());
         return 1;
     }

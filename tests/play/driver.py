@@ -72,21 +72,26 @@ def read_xwd(data):
 class Screen:
     """A virtual screen of its own."""
 
-    def __init__(self, size="1920x1080"):
+    def __init__(self, size="1920x1080", window_manager=False):
         read_end, write_end = os.pipe()
-        self.process = subprocess.Popen(
+        server = subprocess.Popen(
             ["Xvfb", "-displayfd", str(write_end), "-screen", "0", size + "x24", "-nolisten", "tcp"],
             pass_fds=[write_end], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         os.close(write_end)
         with os.fdopen(read_end) as pipe:
             self.display = ":" + pipe.readline().strip()
+        self.processes = [server]
+        if window_manager:  # full screen is its business
+            self.processes.append(subprocess.Popen(["openbox"], env={**os.environ, "DISPLAY": self.display},
+                                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
 
     def __enter__(self):
         return self
 
     def __exit__(self, *_):
-        self.process.terminate()
-        self.process.wait()
+        for process in reversed(self.processes):
+            process.terminate()
+            process.wait()
 
 
 class Game:
