@@ -75,6 +75,21 @@ TEST(FastPasses, EqualThePlainOnesInAShortage) {
     expectSamePasses(city, "the young first");
 }
 
+// Only a loaded file can pile sources up on one cell. Piles at equal distances take turns by their place in
+// the list.
+TEST(FastPasses, EqualThePlainOnesWithPilesOfSources) {
+    City city = flatCity();
+    layRoads(city, 30, 40, 70, 40);
+    for (int i = 0; i < 40; i++) {
+        const uint8_t kind = static_cast<uint8_t>(KIND_GAS_POWER_PLANT + i * 5 % 7 % 4);
+        addBuilding(city, 40 + i * 3 % 5 * 5, 39 + i % 2 * 2, kind);
+        for (int home = 0; home < 90; home++) addBuilding(city, 35 + home % 30, 42 + i % 12, KIND_HOMES);
+        ASSERT_NO_FATAL_FAILURE(expectSamePasses(city, "source " + std::to_string(i)));
+    }
+    EXPECT_TRUE(std::any_of(city.buildings.begin(), city.buildings.end(),
+                            [](const Building& building) { return !building.powered; }));
+}
+
 TEST(FastPasses, EqualThePlainOnesInWildCities) {
     for (uint32_t salt = 0; salt < 12; salt++) {
         City city = wildCity(salt);
