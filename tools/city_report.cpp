@@ -61,7 +61,7 @@ std::string statsJson(const City& city) {
     put("missionIndex", city.missionIndex);
     put("missionProgress", missionProgress(city));
     put("buildings", static_cast<int>(city.buildings.size()));
-    put("raining", int{city.raining != 0});
+    put("raining", city.raining);
     put("weatherDaysLeft", city.weatherDaysLeft);
     return text + "}";
 }

@@ -168,6 +168,37 @@ struct GameEvent {
 template<class T> using PerCell = std::vector<T>; // CELL_COUNT entries, row by row
 using Grid = PerCell<float>;
 
+// What a pass remembers of its last run: its inputs beside its results. The results are used again only while
+// the inputs are the same, so nobody has to tell a pass what changed, and no edit of the city can make them
+// stale. Never saved.
+
+struct NetworkSource {
+    int16_t x = 0;
+    int16_t y = 0;
+    int32_t kind = 0;
+    int32_t remaining = 0; // buildings that it can still serve in this run
+};
+
+struct NetworkMemory {
+    std::vector<NetworkSource> sources; // the active ones, in the order of City::buildings
+    Grid powerField = Grid(CELL_COUNT);
+    Grid waterField = Grid(CELL_COUNT);
+    // The source that serves a cell as long as it has something left, -1 for none.
+    PerCell<int32_t> nearestPower = PerCell<int32_t>(CELL_COUNT, -1);
+    PerCell<int32_t> nearestWater = PerCell<int32_t>(CELL_COUNT, -1);
+};
+
+// Providers of coverage may stand off the map in a loaded file; what lies farther out reaches no cell of it.
+constexpr int COVERAGE_MARGIN = 18;
+constexpr int COVERAGE_SIDE = GRID_SIZE + 2 * COVERAGE_MARGIN;
+
+struct CoverageMemory {
+    // A bit for each coverage that is provided at a place, COVERAGE_SIDE places a row.
+    std::array<uint8_t, COVERAGE_SIDE* COVERAGE_SIDE> providers = {};
+    std::array<int32_t, 6> budgets = {100, 100, 100, 100, 100, 100};
+    std::vector<Grid> grids = std::vector<Grid>(6, Grid(CELL_COUNT));
+};
+
 struct City {
     uint8_t keepPlaying = 0;
 
@@ -192,6 +223,8 @@ struct City {
     Grid powerField = Grid(CELL_COUNT);
     Grid waterField = Grid(CELL_COUNT);
     PerCell<int32_t> roadCapacity = PerCell<int32_t>(CELL_COUNT);
+    NetworkMemory networkMemory;
+    CoverageMemory coverageMemory;
 
     std::array<int32_t, 4> taxRate = {100, 100, 100, 100}; // percent: homes, shops, offices, industry
     std::array<int32_t, 8> serviceBudget = {100, 100, 100, 100, 100, 100, 100, 100}; // percent

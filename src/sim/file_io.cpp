@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 
-// The save of a map built up to its last cell fits into one block.
-constexpr size_t FIRST_BLOCK = 640 * 1024;
+// More than any settings file; a large save takes four more reads.
+constexpr size_t FIRST_BLOCK = 64 * 1024;
 
 bool readFile(const std::string& path, size_t limit, std::vector<uint8_t>& bytes) {
     bytes.clear();
@@ -27,7 +27,7 @@ bool writeFile(const std::string& path, const void* data, size_t size) {
     std::FILE* file = std::fopen(path.c_str(), "wb");
     if (!file) return false;
 
-    const bool written = std::fwrite(data, 1, size, file) == size;
+    const bool written = size == 0 || std::fwrite(data, 1, size, file) == size;
     const bool closed = std::fclose(file) == 0;
     return written && closed;
 }

@@ -1,10 +1,13 @@
 #include "sim/missions.h"
 
 #include "sim/city_stats.h"
+#include "sim/numbers.h"
 
 #include <algorithm>
 
-static int roadCells(const CityStats& stats) { return stats.streetCells + stats.avenueCells; }
+static int roadCells(const CityStats& stats) {
+    return saturated(int64_t{stats.streetCells} + stats.avenueCells); // a loaded file may hold anything
+}
 
 static bool missionMet(const CityStats& stats, int index) {
     const auto& working = stats.workingBuildings;

@@ -13,3 +13,5 @@ void updateUtilities(City& city);
 
 // Index of the first neighbouring cell with a road, in the order +x, -x, +y, -y; -1 for none.
 int adjacentRoadCell(const City& city, int x, int y);
+// Whether there is one at all.
+bool touchesRoad(const City& city, int x, int y);

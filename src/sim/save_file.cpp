@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstddef>
 #include <cstring>
 #include <type_traits>
 
@@ -16,7 +17,8 @@ static_assert(std::is_trivially_copyable_v<Cell> && offsetof(Cell, buildingIndex
 static_assert(std::is_trivially_copyable_v<Building> && offsetof(Building, progress) == 8);
 
 constexpr char MAGIC[4] = {'O', 'V', 'W', '2'};
-constexpr size_t HEAD_SIZE = 149431; // everything before the first building
+constexpr size_t HEAD_SIZE = 149431;     // everything before the first building
+constexpr size_t SMALLEST_SAVE = 149427; // version 2 without buildings
 
 struct SaveWriter {
     std::vector<uint8_t>& bytes;
@@ -38,7 +40,7 @@ struct SaveReader {
             failed = true;
             return;
         }
-        std::memcpy(data, at, size);
+        if (size > 0) std::memcpy(data, at, size);
         at += size;
         left -= size;
     }
@@ -148,6 +150,7 @@ std::vector<uint8_t> encodeCity(const City& city) {
 }
 
 bool decodeCity(City& city, const uint8_t* bytes, size_t size) {
+    if (size < SMALLEST_SAVE) return false;
     City loaded; // all that is not in the file is as in a fresh record
     SaveReader reader{bytes, size};
     if (!readCity(reader, loaded) || !isValid(loaded)) return false;

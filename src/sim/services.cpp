@@ -6,68 +6,133 @@
 #include <algorithm>
 #include <cmath>
 
-struct CoverageRow {
-    int coverage; // grid, which is also the entry of the budget
-    int kind;
-    int radius;
-};
-
-static constexpr std::array<CoverageRow, 6> COVERAGE_ROWS = {{
-    {COVERAGE_POLICE, KIND_POLICE_STATION, 14},
-    {COVERAGE_FIRE, KIND_FIRE_STATION, 14},
-    {COVERAGE_HEALTH, KIND_HOSPITAL, 18},
-    {COVERAGE_EDUCATION, KIND_SCHOOL, 12},
-    {COVERAGE_PARKS, KIND_PARK, 9},
-    {COVERAGE_TRANSIT, KIND_BUS_DEPOT, 14},
-}};
+// Indexed by CoverageIndex, in cells. The kinds from police station to bus depot stand in the same order.
+static constexpr std::array<int, 6> COVERAGE_RADIUS = {14, 14, 18, 12, 9, 14};
+static constexpr int COVERAGE_SERVICES = static_cast<int>(COVERAGE_RADIUS.size());
 static constexpr int BUS_STOP_RADIUS = 3;
+static constexpr uint8_t BUS_STOP_BIT = 1 << COVERAGE_SERVICES; // in CoverageMemory::providers
 static constexpr int GAS_PLANT_RADIUS = 12;
 static constexpr int FACTORY_RADIUS = 4;
 
 // A budget works through this exponent, so that twice the money does not reach twice as far.
-static float budgetFactor(const City& city, int index) {
-    const float share = static_cast<float>(city.serviceBudget[index]) / 100.0f;
+static float budgetFactor(int budget) {
+    const float share = static_cast<float>(budget) / 100.0f;
     return static_cast<float>(std::pow(static_cast<double>(share), 0.6));
 }
 
-// Calls visit(cell, 1 - d / radius) for every cell on the map within Euclidean distance `radius`.
-template<class Visit> static void forEachCellAround(int centreX, int centreY, int radius, Visit visit) {
+// 1 - d / radius over the square around a centre, row by row; below zero outside the disc.
+struct Kernel {
+    int radius;
+    std::vector<float> nearness;
+};
+
+static Kernel makeKernel(int radius) {
+    Kernel kernel{radius, {}};
+    for (int dy = -radius; dy <= radius; dy++)
+        for (int dx = -radius; dx <= radius; dx++) {
+            const float distance = static_cast<float>(std::sqrt(static_cast<double>(dx * dx + dy * dy)));
+            kernel.nearness.push_back(1.0f - distance / static_cast<float>(radius));
+        }
+    return kernel;
+}
+
+static const Kernel& coverageKernel(int service) {
+    static const std::array<Kernel, 6> kernels = [] {
+        std::array<Kernel, 6> all;
+        std::transform(COVERAGE_RADIUS.begin(), COVERAGE_RADIUS.end(), all.begin(), makeKernel);
+        return all;
+    }();
+    return kernels[service];
+}
+
+static const Kernel& busStopKernel() {
+    static const Kernel kernel = makeKernel(BUS_STOP_RADIUS);
+    return kernel;
+}
+
+// Calls visit(cell, nearness) for every cell on the map within the kernel's radius.
+template<class Visit>
+static void forEachCellAround(int centreX, int centreY, const Kernel& kernel, Visit visit) {
+    const int radius = kernel.radius;
     const int x0 = std::max(centreX - radius, 0);
     const int x1 = std::min(centreX + radius, GRID_SIZE - 1);
     const int y0 = std::max(centreY - radius, 0);
     const int y1 = std::min(centreY + radius, GRID_SIZE - 1);
-    for (int y = y0; y <= y1; y++)
+    for (int y = y0; y <= y1; y++) {
+        const float* row = &kernel.nearness[(y - centreY + radius) * (2 * radius + 1)];
         for (int x = x0; x <= x1; x++) {
-            const int dx = x - centreX;
-            const int dy = y - centreY;
-            const float distance = static_cast<float>(std::sqrt(static_cast<double>(dx * dx + dy * dy)));
-            if (distance <= static_cast<float>(radius))
-                visit(cellIndex(x, y), 1.0f - distance / static_cast<float>(radius));
+            const float nearness = row[x - centreX + radius];
+            if (nearness >= 0.0f) visit(cellIndex(x, y), nearness);
+        }
+    }
+}
+using Providers = decltype(CoverageMemory::providers);
+
+static int placeIndex(int x, int y) { return (y + COVERAGE_MARGIN) * COVERAGE_SIDE + x + COVERAGE_MARGIN; }
+
+static bool isPlace(int x, int y) {
+    return x >= -COVERAGE_MARGIN && y >= -COVERAGE_MARGIN && x < GRID_SIZE + COVERAGE_MARGIN &&
+           y < GRID_SIZE + COVERAGE_MARGIN;
+}
+
+static void collectProviders(const City& city, Providers& providers) {
+    providers.fill(0);
+    for (const Building& building : city.buildings) {
+        const int service = building.kind - KIND_POLICE_STATION;
+        if (service < 0 || service >= COVERAGE_SERVICES || !building.working) continue;
+        if (isPlace(building.x, building.y)) providers[placeIndex(building.x, building.y)] |= 1 << service;
+    }
+    for (int y = 0; y < GRID_SIZE; y++)
+        for (int x = 0; x < GRID_SIZE; x++)
+            if (city.cells[cellIndex(x, y)].busStop) providers[placeIndex(x, y)] |= BUS_STOP_BIT;
+}
+
+// Brings the inputs of the memory up to date. Answers a bit for each service whose inputs are others than
+// in the run before.
+static int updateProviders(City& city) {
+    CoverageMemory& memory = city.coverageMemory;
+    Providers providers;
+    collectProviders(city, providers);
+    int changed = 0;
+    for (size_t i = 0; i < providers.size(); i++) changed |= providers[i] ^ memory.providers[i];
+    if (changed & BUS_STOP_BIT) changed |= 1 << COVERAGE_TRANSIT;
+    memory.providers = providers;
+    for (int service = 0; service < COVERAGE_SERVICES; service++) {
+        if (memory.budgets[service] != city.serviceBudget[service]) changed |= 1 << service;
+        memory.budgets[service] = city.serviceBudget[service];
+    }
+    return changed;
+}
+
+// Spreads the service from every place that has the bit, leaving the highest value on each cell.
+static void spreadService(const CoverageMemory& memory, Grid& grid, int bit, const Kernel& kernel,
+                          float strength, float factor) {
+    for (int y = -COVERAGE_MARGIN; y < GRID_SIZE + COVERAGE_MARGIN; y++)
+        for (int x = -COVERAGE_MARGIN; x < GRID_SIZE + COVERAGE_MARGIN; x++) {
+            if (!(memory.providers[placeIndex(x, y)] & bit)) continue;
+            forEachCellAround(x, y, kernel, [&](int cell, float nearness) {
+                grid[cell] = std::max(grid[cell], strength * nearness * factor);
+            });
         }
 }
 
-static void spreadCoverage(Grid& grid, int x, int y, int radius, float strength, float factor) {
-    forEachCellAround(x, y, radius, [&](int cell, float nearness) {
-        grid[cell] = std::max(grid[cell], strength * nearness * factor);
-    });
+static void drawCoverage(CoverageMemory& memory, int service) {
+    Grid& grid = memory.grids[service];
+    const float factor = budgetFactor(memory.budgets[service]);
+    std::fill(grid.begin(), grid.end(), 0.0f);
+    spreadService(memory, grid, 1 << service, coverageKernel(service), 1.0f, factor);
+    // A stop serves its surroundings without a depot too.
+    if (service == COVERAGE_TRANSIT) spreadService(memory, grid, BUS_STOP_BIT, busStopKernel(), 0.6f, factor);
 }
 
 void updateCoverage(City& city) {
-    for (Grid& grid : city.coverage) std::fill(grid.begin(), grid.end(), 0.0f);
-
-    for (const CoverageRow& row : COVERAGE_ROWS) {
-        const float factor = budgetFactor(city, row.coverage);
-        for (const Building& building : city.buildings)
-            if (building.kind == row.kind && building.working)
-                spreadCoverage(city.coverage[row.coverage], building.x, building.y, row.radius, 1.0f, factor);
+    const int changed = updateProviders(city);
+    for (int service = 0; service < COVERAGE_SERVICES; service++) {
+        if (changed & 1 << service) drawCoverage(city.coverageMemory, service);
+        city.coverage[service] = city.coverageMemory.grids[service];
     }
-
-    // A stop serves its surroundings without a depot too.
-    const float factor = budgetFactor(city, COVERAGE_TRANSIT);
-    for (int y = 0; y < GRID_SIZE; y++)
-        for (int x = 0; x < GRID_SIZE; x++)
-            if (city.cells[cellIndex(x, y)].busStop)
-                spreadCoverage(city.coverage[COVERAGE_TRANSIT], x, y, BUS_STOP_RADIUS, 0.6f, factor);
+    for (int unused = COVERAGE_SERVICES; unused < COVERAGE_COUNT; unused++)
+        std::fill(city.coverage[unused].begin(), city.coverage[unused].end(), 0.0f);
 }
 
 static float factorySmoke(const City& city, const Building& factory) {
@@ -75,19 +140,21 @@ static float factorySmoke(const City& city, const Building& factory) {
     return hasPolicy(city, factory.x, factory.y, POLICY_SMOKE_FREE) ? strength * 0.4f : strength;
 }
 
-static void spreadPollution(City& city, const Building& source, int radius, float strength) {
-    forEachCellAround(source.x, source.y, radius,
-                      [&](int cell, float nearness) { city.pollution[cell] += nearness * strength; });
+static void spreadPollution(Grid& pollution, const Building& source, const Kernel& kernel, float strength) {
+    forEachCellAround(source.x, source.y, kernel,
+                      [&](int cell, float nearness) { pollution[cell] += nearness * strength; });
 }
 
 static void updatePollution(City& city) {
+    static const Kernel gasPlant = makeKernel(GAS_PLANT_RADIUS);
+    static const Kernel factory = makeKernel(FACTORY_RADIUS);
     std::fill(city.pollution.begin(), city.pollution.end(), 0.0f);
     for (const Building& building : city.buildings) {
         if (!building.working) continue;
         if (building.kind == KIND_GAS_POWER_PLANT)
-            spreadPollution(city, building, GAS_PLANT_RADIUS, 0.9f);
+            spreadPollution(city.pollution, building, gasPlant, 0.9f);
         else if (building.kind == KIND_FACTORY)
-            spreadPollution(city, building, FACTORY_RADIUS, factorySmoke(city, building));
+            spreadPollution(city.pollution, building, factory, factorySmoke(city, building));
     }
     for (int i = 0; i < CELL_COUNT; i++) {
         if (city.cells[i].road) city.pollution[i] += city.trafficLoad[i] * 0.35f;
@@ -107,7 +174,7 @@ static float computeLandValue(const City& city, int x, int y) {
     value += coverage(COVERAGE_PARKS) * 0.25f;
     value += coverage(COVERAGE_EDUCATION) * 0.1f;
     value += (coverage(COVERAGE_POLICE) + coverage(COVERAGE_FIRE) + coverage(COVERAGE_HEALTH)) * 0.08f;
-    if (adjacentRoadCell(city, x, y) >= 0) value += 0.08f;
+    if (touchesRoad(city, x, y)) value += 0.08f;
     value -= city.pollution[i] * 0.4f;
     value -= city.trafficLoad[i] * 0.2f;
     return std::clamp(value, 0.0f, 1.0f);

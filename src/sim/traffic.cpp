@@ -62,7 +62,7 @@ static bool takesBus(const City& city, const Building& home, int sample) {
     return hashUnit(static_cast<uint32_t>(sample), static_cast<uint32_t>(city.day), city.seed + 3) < share;
 }
 
-// Breadth-first over road cells. The path runs from `to` back to `from`; it is empty for a cut-off network.
+// Breadth-first over road cells. The path holds both ends; it is empty for a cut-off network.
 static std::vector<int32_t> findPath(const City& city, int from, int to) {
     std::vector<int32_t> parent(CELL_COUNT, -1);
     std::vector<int32_t> queue = {from};
@@ -84,6 +84,7 @@ static std::vector<int32_t> findPath(const City& city, int from, int to) {
     if (parent[to] < 0) return path;
     for (int cell = to; cell != from; cell = parent[cell]) path.push_back(cell);
     path.push_back(from);
+    std::reverse(path.begin(), path.end());
     return path;
 }
 

@@ -11,7 +11,8 @@ import subprocess
 import tempfile
 import time
 
-PROGRAM = os.environ.get("ORLAVANE", "build/release/bin/Orlavane")
+PROGRAM = os.environ.get("ORLAVANE") or os.path.join(os.path.dirname(os.path.abspath(__file__)),
+                                                    "../../build/release/bin/Orlavane")
 
 
 class Picture:
@@ -103,11 +104,11 @@ class Game:
         self.screen = screen
         self.choose(size)
         self.environment = clean_environment(self.home, DISPLAY=screen.display, SDL_AUDIODRIVER="dummy", **variables)
-        self.process = subprocess.Popen([os.path.abspath(PROGRAM)], env=self.environment,
+        self.process = subprocess.Popen([PROGRAM], env=self.environment,
                                         stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
         self.window = self.wait_for_window()
         self.xdotool("windowfocus", "--sync", self.window)
-        self.frames(3)
+        self.wait_for_first_frame()
 
     def choose(self, size):
         """Writes the setting of the window size, 0 to 2, before the program reads it."""
@@ -149,6 +150,12 @@ class Game:
             time.sleep(0.05)
         raise AssertionError("no window came up")
 
+    def wait_for_first_frame(self):
+        deadline = time.monotonic() + 30
+        while max(self.picture().mean()) < 1.0:  # an undrawn window is black
+            assert time.monotonic() < deadline, "nothing was drawn"
+            time.sleep(0.05)
+
     def frames(self, count=2):
         """Waits until the program has shown that many new frames or so."""
         time.sleep(0.12 * count)
@@ -172,6 +179,7 @@ class Game:
         self.point(*start)
         self.xdotool("mousedown", str(button))
         self.frames()
+        self.point((start[0] + end[0]) // 2, (start[1] + end[1]) // 2)
         self.point(*end)
         self.xdotool("mouseup", str(button))
         self.frames()
@@ -186,6 +194,18 @@ class Game:
         dump = subprocess.run(["xwd", "-silent", "-id", self.window], env=self.environment, check=True,
                               stdout=subprocess.PIPE)
         return read_xwd(dump.stdout)
+
+    def settled_picture(self, still):
+        """The picture once it stays within `still` of itself for a few frames."""
+        deadline = time.monotonic() + 20
+        before = self.picture()
+        while True:
+            self.frames(3)
+            now = self.picture()
+            if now.difference(before) <= still:
+                return now
+            assert time.monotonic() < deadline, "the view does not come to rest"
+            before = now
 
     def geometry(self):
         """Width and height of the window."""
@@ -256,6 +276,6 @@ def clean_environment(home, **variables):
 
 def run_to_end(home, timeout=60, **variables):
     """Starts the program without a screen of ours, waits for its end: (exit code, error stream)."""
-    result = subprocess.run([os.path.abspath(PROGRAM)], env=clean_environment(home, SDL_AUDIODRIVER="dummy", **variables),
+    result = subprocess.run([PROGRAM], env=clean_environment(home, SDL_AUDIODRIVER="dummy", **variables),
                             stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, timeout=timeout)
     return result.returncode, result.stderr.decode()

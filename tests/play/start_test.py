@@ -25,7 +25,7 @@ class Start(unittest.TestCase):
     def test_without_a_display_the_game_says_so(self):
         code, errors = run_to_end(self.home)
         self.assertEqual(code, 1)
-        self.assertRegex(errors, r"^SDL could not start: .+\n$")
+        self.assertRegex(errors, r"(?m)^SDL could not start: .+$")  # other lines are the video drivers' own
 
     def test_a_driver_without_opengl_gives_no_window(self):
         code, errors = run_to_end(self.home, SDL_VIDEODRIVER="dummy")
@@ -78,7 +78,7 @@ class Start(unittest.TestCase):
     def test_a_failed_start_shows_a_message_box_and_ends_with_one(self):
         with Screen() as screen:
             environment = clean_environment(self.home, DISPLAY=screen.display, MESA_GL_VERSION_OVERRIDE="2.1")
-            process = subprocess.Popen([os.path.abspath(PROGRAM)], env=environment, stderr=subprocess.PIPE)
+            process = subprocess.Popen([PROGRAM], env=environment, stderr=subprocess.PIPE)
             box = self.wait_for_box(environment)
             deadline = time.monotonic() + 30
             while process.poll() is None:

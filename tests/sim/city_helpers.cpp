@@ -1,6 +1,7 @@
 #include "sim/city_helpers.h"
 
 #include <algorithm>
+#include <cstring>
 
 City flatCity() {
     City city;
@@ -33,12 +34,21 @@ Building& addWorkingBuilding(City& city, int x, int y, uint8_t kind, uint8_t lev
 
 namespace {
 
+// FNV-1a with eight bytes a step, because tests hash whole cities by the thousand; the shift carries the high
+// bits of a product back down.
 struct Fnv {
     uint64_t hash = 14695981039346656037u;
 
     void bytes(const void* data, size_t size) {
         const unsigned char* byte = static_cast<const unsigned char*>(data);
-        for (size_t i = 0; i < size; i++) hash = (hash ^ byte[i]) * 1099511628211u;
+        for (; size > 0; byte += sizeof(uint64_t)) {
+            uint64_t word = 0;
+            const size_t count = std::min(size, sizeof(word));
+            std::memcpy(&word, byte, count);
+            hash = (hash ^ word) * 1099511628211u;
+            hash ^= hash >> 32;
+            size -= count;
+        }
     }
     template<class T> void add(const T& value) { bytes(&value, sizeof(value)); }
     template<class T> void addAll(const std::vector<T>& values) {

@@ -18,7 +18,7 @@ Building& addBuilding(City& city, int x, int y, uint8_t kind, uint8_t level = 1)
 // Appends a building that has everything it needs and works.
 Building& addWorkingBuilding(City& city, int x, int y, uint8_t kind, uint8_t level = 1);
 
-// FNV-1a over the city, a hash for each group of fields, so that a difference names its pass.
+// A hash of the city for each group of fields, so that a difference names its pass.
 // The answer of the last tool is left out: a refusal changes nothing else.
 struct CityHashes {
     uint64_t land; // heights, cells

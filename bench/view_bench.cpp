@@ -1,0 +1,54 @@
+// What the processor does for one picture. The driver is left out: its table is one of functions that do
+// nothing.
+#include "view/gl.h"
+#include "view/renderer.h"
+#include "view/sky.h"
+
+#include <benchmark/benchmark.h>
+
+#include <type_traits>
+
+template<typename Result, typename... Arguments> static Result APIENTRY doNothing(Arguments...) {
+    if constexpr (!std::is_void_v<Result>) return Result();
+}
+
+template<typename Result, typename... Arguments> static void silence(Result(APIENTRY*& slot)(Arguments...)) {
+    slot = doNothing<Result, Arguments...>;
+}
+
+static void silenceDriver() {
+#define SILENCE_FUNCTION(name) silence(gl.name);
+    GL_FUNCTIONS(SILENCE_FUNCTION)
+#undef SILENCE_FUNCTION
+}
+
+// A frame of a whole city: every mesh is there to be drawn.
+static void benchRenderFrame(benchmark::State& state) {
+    silenceDriver();
+    Renderer renderer;
+    FrameParams params;
+    params.viewProj = perspective(2.4f, 1.6f, 2.0f, 4000.0f);
+    params.cameraTarget = {384.0f, 10.0f, 384.0f};
+    params.shadowSize = static_cast<int>(state.range(0));
+    renderer.shadowSize = params.shadowSize;
+    renderer.shadowFramebuffer = 1;
+    WorldMeshes meshes;
+    const Mesh filled = {1, 1, 1536, 86016};
+    meshes.terrainChunks.fill(filled);
+    meshes.roadMesh = meshes.buildingMesh = meshes.treeMesh = filled;
+    meshes.waterMesh = meshes.hoverMesh = meshes.streetLifeMesh = filled;
+    for (auto _ : state) {
+        renderFrame(renderer, params, meshes);
+        benchmark::DoNotOptimize(renderer.lightViewProj);
+    }
+}
+BENCHMARK(benchRenderFrame)->Arg(0)->Arg(2048)->ArgName("shadowSize");
+
+static void benchComputeSky(benchmark::State& state) {
+    float hour = 0.0f;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(computeSky(hour, 1));
+        hour = hour < 23.9f ? hour + 0.1f : 0.0f;
+    }
+}
+BENCHMARK(benchComputeSky);

@@ -1,0 +1,84 @@
+#include "view/gl_context.h"
+
+#include "view/camera.h"
+#include "view/gl.h"
+
+#include <algorithm>
+#include <fstream>
+
+// Read by the leak checker, if there is one: the driver keeps memory of its own to the end.
+extern "C" const char* __lsan_default_suppressions();
+extern "C" const char* __lsan_default_suppressions() {
+    return "leak:_dri.so\nleak:libgallium\nleak:libLLVM\n";
+}
+
+// Window and context live as long as the process, so that the driver is still loaded when leaks are told
+// apart.
+static bool openHiddenWindow() {
+    if (SDL_Init(SDL_INIT_VIDEO) != 0) return false;
+    SDL_GL_SetAttribute(SDL_GL_CONTEXT_MAJOR_VERSION, 3);
+    SDL_GL_SetAttribute(SDL_GL_CONTEXT_MINOR_VERSION, 3);
+    SDL_GL_SetAttribute(SDL_GL_CONTEXT_PROFILE_MASK, SDL_GL_CONTEXT_PROFILE_CORE);
+    SDL_GL_SetAttribute(SDL_GL_DEPTH_SIZE, 24);
+    SDL_Window* window = SDL_CreateWindow("Orlavane tests", 0, 0, PICTURE_WIDTH, PICTURE_HEIGHT,
+                                          SDL_WINDOW_OPENGL | SDL_WINDOW_HIDDEN);
+    return window != nullptr && SDL_GL_CreateContext(window) != nullptr && loadGlFunctions();
+}
+
+void GlTest::SetUp() {
+    static const bool open = openHiddenWindow();
+    ASSERT_TRUE(open) << SDL_GetError();
+}
+
+Picture readPicture(int width, int height) {
+    Picture picture{width, height, std::vector<uint8_t>(static_cast<size_t>(width) * height * 4)};
+    gl.BindFramebuffer(GL_FRAMEBUFFER, 0);
+    gl.PixelStorei(GL_PACK_ALIGNMENT, 1);
+    gl.ReadPixels(0, 0, width, height, GL_RGBA, GL_UNSIGNED_BYTE, picture.rgba.data());
+    return picture;
+}
+
+Vec3 pixelAt(const Picture& picture, int x, int y) {
+    EXPECT_TRUE(x >= 0 && x < picture.width && y >= 0 && y < picture.height) << x << ", " << y;
+    x = std::clamp(x, 0, picture.width - 1);
+    y = std::clamp(y, 0, picture.height - 1);
+    const uint8_t* pixel = &picture.rgba[(static_cast<size_t>(y) * picture.width + x) * 4];
+    return Vec3{static_cast<float>(pixel[0]), static_cast<float>(pixel[1]), static_cast<float>(pixel[2])} *
+           (1.0f / 255.0f);
+}
+
+void writePicture(const Picture& picture, const std::string& path) {
+    std::ofstream file(path, std::ios::binary);
+    file << "P6\n" << picture.width << ' ' << picture.height << "\n255\n";
+    for (int y = picture.height - 1; y >= 0; y--)
+        for (int x = 0; x < picture.width; x++)
+            file.write(reinterpret_cast<const char*>(
+                           &picture.rgba[(static_cast<size_t>(y) * picture.width + x) * 4]),
+                       3);
+}
+
+FrameParams lookFrom(const Vec3& eye, const Vec3& target, float hour) {
+    FrameParams params;
+    params.width = PICTURE_WIDTH;
+    params.height = PICTURE_HEIGHT;
+    const float aspect = static_cast<float>(params.width) / static_cast<float>(params.height);
+    params.viewProj = multiply(perspective(CAMERA_FOCAL, aspect, CAMERA_NEAR, CAMERA_FAR),
+                               lookAt(eye, target, {0.0f, 1.0f, 0.0f}));
+    params.cameraPos = eye;
+    params.cameraTarget = target;
+    params.hour = hour;
+    return params;
+}
+
+Vec3 colourAt(const Picture& picture, const FrameParams& params, const Vec3& point) {
+    const Vec3 ndc = transformPoint(params.viewProj, point);
+    const float x = (ndc.x * 0.5f + 0.5f) * static_cast<float>(params.width);
+    const float y = (ndc.y * 0.5f + 0.5f) * static_cast<float>(params.height);
+    return pixelAt(picture, static_cast<int>(std::floor(x)), static_cast<int>(std::floor(y)));
+}
+
+void expectColour(const Vec3& seen, const Vec3& expected, float tolerance) {
+    EXPECT_NEAR(seen.x, std::clamp(expected.x, 0.0f, 1.0f), tolerance) << "red";
+    EXPECT_NEAR(seen.y, std::clamp(expected.y, 0.0f, 1.0f), tolerance) << "green";
+    EXPECT_NEAR(seen.z, std::clamp(expected.z, 0.0f, 1.0f), tolerance) << "blue";
+}
