@@ -3,10 +3,13 @@
 
 #include "sim/city_helpers.h"
 #include "sim/grown_cities.h"
+#include "sim/growth.h"
 #include "sim/map_generation.h"
 #include "sim/networks.h"
+#include "sim/population.h"
 #include "sim/random_city.h"
 #include "sim/services.h"
+#include "sim/traffic.h"
 
 #include <gtest/gtest.h>
 
@@ -22,9 +25,24 @@ static void expectSamePasses(City& city, const std::string& when) {
     updateCoverage(city);
     plain::updateCoverage(plainCity);
     ASSERT_EQ(cityHashes(city), cityHashes(plainCity)) << "coverage, " << when;
+    updateTraffic(city);
+    plain::updateTraffic(plainCity);
+    ASSERT_EQ(cityHashes(city), cityHashes(plainCity)) << "traffic, " << when;
     updateLandValue(city);
     plain::updateLandValue(plainCity);
     ASSERT_EQ(cityHashes(city), cityHashes(plainCity)) << "land value, " << when;
+    updatePopulation(city);
+    plain::updatePopulation(plainCity);
+    ASSERT_EQ(cityHashes(city), cityHashes(plainCity)) << "population, " << when;
+    growZones(city);
+    plain::growZones(plainCity);
+    ASSERT_EQ(cityHashes(city), cityHashes(plainCity)) << "growth, " << when;
+    removeCondemnedBuildings(city);
+    plain::removeCondemnedBuildings(plainCity);
+    ASSERT_EQ(cityHashes(city), cityHashes(plainCity)) << "clean-up, " << when;
+    updateDemand(city);
+    plain::updateDemand(plainCity);
+    ASSERT_EQ(cityHashes(city), cityHashes(plainCity)) << "demand, " << when;
 }
 
 static void finishAll(City& city) {
