@@ -295,7 +295,7 @@ TEST(SaveFile, WhatLiesBehindTheLastRecordIsNotLookedAt) {
     EXPECT_TRUE(encodeCity(city) == exact);
 }
 
-// ---- Refusals leave the city in play as it was, to the last byte.
+// Refusals leave the city in play as it was, to the last byte.
 
 struct SaveRefusal : testing::Test {
     City city = livelyTown();
