@@ -26,11 +26,11 @@ class Picture:
         return red, green, blue
 
     def difference(self, other):
-        """Mean difference of a channel, 0 to 255, over every seventh pixel of every fifth row."""
+        """Mean difference of a channel, 0 to 255, over every eleventh pixel of every ninth row."""
         total = count = 0
-        for y in range(0, self.height, 5):
+        for y in range(0, self.height, 9):
             mine, others = self.rows[y], other.rows[y]
-            for x in range(0, self.width, 7):
+            for x in range(0, self.width, 11):
                 for channel in range(3):
                     total += abs(mine[4 * x + channel] - others[4 * x + channel])
                     count += 1
@@ -39,8 +39,8 @@ class Picture:
     def mean(self):
         total = [0, 0, 0]
         count = 0
-        for y in range(0, self.height, 5):
-            for x in range(0, self.width, 7):
+        for y in range(0, self.height, 9):
+            for x in range(0, self.width, 11):
                 for channel, value in enumerate(self.pixel(x, y)):
                     total[channel] += value
                 count += 1
@@ -106,6 +106,8 @@ class Game:
         self.environment = clean_environment(self.home, DISPLAY=screen.display, SDL_AUDIODRIVER="dummy", **variables)
         self.process = subprocess.Popen([PROGRAM], env=self.environment,
                                         stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
+        self.in_play = variables.get("OV_DEMO") == "1"  # and not paused
+        self.slowest_frame = 0.0  # seconds, of those that a save has measured
         self.window = self.wait_for_window()
         self.xdotool("windowfocus", "--sync", self.window)
         self.wait_for_first_frame()
@@ -130,6 +132,10 @@ class Game:
                 self.process.wait()
         self.process.stderr.close()
         self.temporary.cleanup()
+
+    @property
+    def save_path(self):
+        return os.path.join(self.preferences, "savegame.ovw")
 
     @property
     def preferences(self):
@@ -157,8 +163,34 @@ class Game:
             time.sleep(0.05)
 
     def frames(self, count=2):
-        """Waits until the program has shown that many new frames or so."""
-        time.sleep(0.12 * count)
+        """Waits until the program has run that many frames and more. A running game proves it by a save: when F5
+        has had its effect, so has every event before it."""
+        for _ in range(count):
+            if self.in_play:
+                self.sync()
+            else:
+                time.sleep(max(0.1, self.slowest_frame))
+
+    def sync(self):
+        if os.path.exists(self.save_path):
+            os.remove(self.save_path)
+        start = time.monotonic()
+        self.xdotool("key", "F5")
+        while not self.save_is_whole():
+            assert self.process.poll() is None, "the program ended"
+            assert time.monotonic() < start + 30, "nothing was saved"
+            time.sleep(0.01)
+        self.slowest_frame = max(self.slowest_frame, time.monotonic() - start)
+
+    def save_is_whole(self):
+        try:
+            with open(self.save_path, "rb") as file:
+                data = file.read()
+        except FileNotFoundError:
+            return False
+        if len(data) < Save.BUILDINGS + 4:
+            return False
+        return len(data) == Save.BUILDINGS + 4 + 44 * struct.unpack_from("<I", data, Save.BUILDINGS)[0]
 
     def point(self, x, y):
         self.xdotool("mousemove", "--window", self.window, str(x), str(y))
@@ -215,20 +247,18 @@ class Game:
 
     def saved(self):
         """What F5 writes now."""
-        path = os.path.join(self.preferences, "savegame.ovw")
-        if os.path.exists(path):
-            os.remove(path)
-        self.press("F5")
-        deadline = time.monotonic() + 20
-        while not os.path.exists(path) or os.path.getsize(path) < Save.BUILDINGS:
-            assert time.monotonic() < deadline, "nothing was saved"
-            time.sleep(0.05)
-        self.frames()
-        return Save(path)
+        self.sync()
+        return Save(self.save_path)
 
     def load(self, save):
         save.write()
-        self.press("F9")
+        self.press_load()
+
+    def press_load(self):
+        """A frame reads F5 before F9: no save may follow until the load has run."""
+        self.xdotool("key", "F9")
+        time.sleep(max(0.3, 3 * self.slowest_frame))
+        self.frames()
 
 
 class Save:
