@@ -38,11 +38,9 @@ static void runPass(benchmark::State& state, const City& (*grownCity)(), Pass pa
 
 // A free cell beside a building, so that the road changes who has access.
 static int freeCellBesideABuilding(const City& city) {
-    for (int i = 0; i < CELL_COUNT; i++) {
-        const int x = i % GRID_SIZE;
-        const int y = i / GRID_SIZE;
-        if (canPlaceRoad(city, x, y, ROAD_STREET) && buildingAt(city, x + 1, y)) return i;
-    }
+    for (const Building& building : city.buildings)
+        if (canPlaceRoad(city, building.x - 1, building.y, ROAD_STREET))
+            return cellIndex(building.x - 1, building.y);
     return 0;
 }
 

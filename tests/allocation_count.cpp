@@ -13,7 +13,7 @@ void* operator new(size_t size) {
     throw std::bad_alloc();
 }
 
-// Replaced together with the plain one, because a sanitizer insists on pairs.
+// Replaced together with the plain one, because the sanitizer insists on pairs and graphics drivers use both.
 void* operator new(size_t size, const std::nothrow_t&) noexcept {
     count++;
     return std::malloc(size != 0 ? size : 1);

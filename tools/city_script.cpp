@@ -29,8 +29,7 @@ struct Arguments {
     int operator[](size_t index) const { return static_cast<int>(numbers[index]); }
 };
 
-// ---- Answers: each result word stands behind a blank.
-
+// Each result word stands behind a blank.
 static void say(std::string& answer, std::string_view word) { answer.append(" ").append(word); }
 static void say(std::string& answer, int64_t number) { say(answer, std::to_string(number)); }
 static void sayTruth(std::string& answer, bool truth) { say(answer, truth ? "true" : "false"); }
@@ -44,8 +43,6 @@ static void sayOutcome(std::string& answer, bool done, const City& city) {
     say(answer, int64_t{city.statusId});
     say(answer, int64_t{city.statusArg});
 }
-
-// ---- Commands
 
 // How many cells of the rectangle's part of the map answer true, row by row from the top.
 template<class Change> static int64_t countInRect(const Arguments& a, Change change) {
@@ -191,16 +188,14 @@ constexpr Command COMMANDS[] = {
     {"stats", "", runStats},
 };
 
-// ---- Arguments
-
 constexpr int64_t I32_MIN = std::numeric_limits<int32_t>::min();
 constexpr int64_t I32_MAX = std::numeric_limits<int32_t>::max();
 constexpr std::string_view ROAD_NAMES[] = {"", "street", "avenue"};
 constexpr std::string_view ZONE_NAMES[] = {"none", "residential", "commercial", "offices", "industrial"};
 
-// What a word must be: a whole number from `least` to `most`, or one of `names`, whose number it stands for;
-// one number between them may be out.
-// An argument without a rule is any 32-bit number; AMOUNT and PATH are read on their own.
+// What a word must be: a whole number from `least` to `most`, but not `except`; or one of `names`, and then
+// it stands for its place in the list. An argument without a rule is any 32-bit number; AMOUNT and PATH are
+// read on their own.
 struct ArgumentRule {
     std::string_view name;
     int64_t least = I32_MIN;
@@ -248,8 +243,6 @@ static bool parseArgument(std::string_view name, std::string_view word, size_t i
     const bool ruled = rule != std::end(ARGUMENT_RULES);
     return parseRuled(ruled ? *rule : ArgumentRule{name}, word, arguments.numbers[index]);
 }
-
-// ---- Lines
 
 std::vector<std::string_view> scriptWords(std::string_view line) {
     line = line.substr(0, line.find('#'));

@@ -18,8 +18,11 @@
 // -------------------------------------------------------------------------------------------
 
 static bool readInt(std::string_view text, int& out) {
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), out);
-    return error == std::errc() && end == text.data() + text.size();
+    int value;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc() || end != text.data() + text.size()) return false;
+    out = value;
+    return true;
 }
 
 static bool readFloat(std::string_view text, float& out) {

@@ -32,7 +32,11 @@ constexpr std::array<BuildingKindRow, KIND_COUNT> BUILDING_KINDS = {{
 constexpr bool isGrownKind(int kind) { return kind >= KIND_HOMES && kind <= KIND_FACTORY; }
 
 // 0 for homes and for a kind that does not exist.
-int jobPlaces(int kind, int level);
+constexpr int jobPlaces(int kind, int level) {
+    if (kind < 0 || kind >= KIND_COUNT) return 0;
+    const BuildingKindRow& row = BUILDING_KINDS[kind];
+    return row.jobPlaces + row.jobsPerLevel2 * level * level;
+}
 // Residents: 8 at level 1, 30 at 2, 80 above.
 int homeCapacity(int level);
 // Money for one cell: 240 for an avenue, 80 otherwise.

@@ -79,14 +79,6 @@ void postEvent(City& city, StatusId id, uint32_t arg) {
     if (city.events.size() > EVENT_LIMIT) city.events.resize(EVENT_LIMIT);
 }
 
-bool isFinished(const Building& building) { return building.progress >= 1.0f; }
-
-int jobPlaces(int kind, int level) {
-    if (kind < 0 || kind >= KIND_COUNT) return 0;
-    const BuildingKindRow& row = BUILDING_KINDS[kind];
-    return row.jobPlaces + row.jobsPerLevel2 * level * level;
-}
-
 int homeCapacity(int level) { return level <= 1 ? 8 : level == 2 ? 30 : 80; }
 
 int roadCost(int type) { return type == ROAD_AVENUE ? 240 : 80; }

@@ -3,6 +3,8 @@
 // it.
 #pragma once
 
+#include "sim/traffic_memory.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -177,15 +179,23 @@ struct NetworkSource {
     int16_t y = 0;
     int32_t kind = 0;
     int32_t remaining = 0; // buildings that it can still serve in this run
+    int32_t next = -1;     // in its pile
+};
+
+// Where the sources of one network reach. Sources of one kind on one cell form a pile, from which the first
+// that has something left serves. Only a loaded file has piles of more than one, but it may have huge ones.
+struct NetworkReach {
+    std::vector<int32_t> piles; // the first source of each
+    std::vector<int32_t> heads; // the first of each that may have something left in this run, -1 for none
+    Grid field = Grid(CELL_COUNT);
+    // The source that serves a cell as long as it has something left, -1 for none.
+    PerCell<int32_t> nearest = PerCell<int32_t>(CELL_COUNT, -1);
 };
 
 struct NetworkMemory {
     std::vector<NetworkSource> sources; // the active ones, in the order of City::buildings
-    Grid powerField = Grid(CELL_COUNT);
-    Grid waterField = Grid(CELL_COUNT);
-    // The source that serves a cell as long as it has something left, -1 for none.
-    PerCell<int32_t> nearestPower = PerCell<int32_t>(CELL_COUNT, -1);
-    PerCell<int32_t> nearestWater = PerCell<int32_t>(CELL_COUNT, -1);
+    NetworkReach power;
+    NetworkReach water;
 };
 
 // Providers of coverage may stand off the map in a loaded file; what lies farther out reaches no cell of it.
@@ -225,6 +235,7 @@ struct City {
     PerCell<int32_t> roadCapacity = PerCell<int32_t>(CELL_COUNT);
     NetworkMemory networkMemory;
     CoverageMemory coverageMemory;
+    TrafficMemory trafficMemory;
 
     std::array<int32_t, 4> taxRate = {100, 100, 100, 100}; // percent: homes, shops, offices, industry
     std::array<int32_t, 8> serviceBudget = {100, 100, 100, 100, 100, 100, 100, 100}; // percent
@@ -311,4 +322,4 @@ void setStatus(City& city, StatusId id, uint32_t arg = 0);
 // Puts an event at the front of the queue, which forgets its oldest past EVENT_LIMIT.
 void postEvent(City& city, StatusId id, uint32_t arg);
 
-bool isFinished(const Building& building);
+inline bool isFinished(const Building& building) { return building.progress >= 1.0f; }

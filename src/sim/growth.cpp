@@ -5,6 +5,8 @@
 #include "sim/networks.h"
 #include "sim/numbers.h"
 
+#include <algorithm>
+
 constexpr int CONDEMNED_UNSERVED_DAYS = 8;
 constexpr int CONDEMNED_UNHAPPY_DAYS = 30;
 
@@ -13,54 +15,64 @@ constexpr float MINIMUM_LAND_VALUE[4] = {0.28f, 0.30f, 0.36f, 0.22f};
 
 static uint32_t bits(int32_t value) { return static_cast<uint32_t>(value); }
 
-static bool canGrow(const City& city, int x, int y) {
-    const Cell& cell = city.cells[cellIndex(x, y)];
-    if (cell.zone == ZONE_NONE || cell.zone > ZONE_INDUSTRIAL) return false;
-    if (cell.road != ROAD_NONE || cell.hasTrees || buildingAt(city, x, y)) return false;
-    if (cell.terrain == TERRAIN_ROCK || cell.terrain == TERRAIN_WATER) return false;
-    return adjacentRoadCell(city, x, y) >= 0;
+static bool isFree(const City& city, const Cell& cell) {
+    const bool hasBuilding = bits(cell.buildingIndex) < city.buildings.size();
+    return !hasBuilding && cell.road == ROAD_NONE && !cell.hasTrees && cell.terrain != TERRAIN_ROCK &&
+           cell.terrain != TERRAIN_WATER;
 }
 
-// 0 where the land is too poor or nobody asks for the zone.
-static float growthChance(const City& city, int cellIndex) {
-    const int zone = city.cells[cellIndex].zone - 1;
-    const float demand = city.demand[zone];
-    const float landValue = city.landValue[cellIndex];
-    if (landValue < MINIMUM_LAND_VALUE[zone] || demand < -0.5f) return 0.0f;
+// Whether anything can grow in the zone at all: the chance is zero where demand is low, and most days only
+// some zones are wanted.
+static bool isWanted(const City& city, int zone) {
+    return zone > ZONE_NONE && zone <= ZONE_INDUSTRIAL && city.demand[zone - 1] + 0.25f > 0.0f;
+}
 
-    float chance = (demand + 0.25f) * 0.1f * (landValue + 0.6f);
+// 0 where the land is too poor.
+static float growthChance(const City& city, int index) {
+    const int zone = city.cells[index].zone - 1;
+    const float landValue = city.landValue[index];
+    if (landValue < MINIMUM_LAND_VALUE[zone]) return 0.0f;
+
+    float chance = (city.demand[zone] + 0.25f) * 0.1f * (landValue + 0.6f);
     if (city.raining) chance *= 0.8f;
     return hold(chance, 0.0f, 0.3f);
 }
 
-static float growthRoll(const City& city, int x, int y) {
+static float growthRoll(const City& city, int index) {
     const uint32_t day = bits(city.day);
-    return hashUnit(bits(x) * 31 + day, bits(y), day * 97 + city.seed);
+    return hashUnit(bits(index % GRID_SIZE) * 31 + day, bits(index / GRID_SIZE), day * 97 + city.seed);
 }
 
-static void growBuilding(City& city, int x, int y) {
+static void growBuilding(City& city, int index) {
     Building building;
-    building.kind = static_cast<uint8_t>(city.cells[cellIndex(x, y)].zone - 1);
-    building.x = static_cast<int16_t>(x);
-    building.y = static_cast<int16_t>(y);
+    building.kind = static_cast<uint8_t>(city.cells[index].zone - 1);
+    building.x = static_cast<int16_t>(index % GRID_SIZE);
+    building.y = static_cast<int16_t>(index / GRID_SIZE);
     building.happiness = 55.0f;
-    city.cells[cellIndex(x, y)].buildingIndex = static_cast<int32_t>(city.buildings.size());
+    city.cells[index].buildingIndex = static_cast<int32_t>(city.buildings.size());
     city.buildings.push_back(building);
-    markCellDirty(city, x, y);
+    city.cellDirty[index] = 1;
+}
+
+static bool growsToday(const City& city, int index) {
+    if (!isFree(city, city.cells[index])) return false;
+    if (!touchesRoad(city, index % GRID_SIZE, index / GRID_SIZE)) return false;
+    return growthRoll(city, index) < growthChance(city, index);
 }
 
 void growZones(City& city) {
+    std::array<bool, 256> wanted;
+    for (int zone = 0; zone < 256; zone++) wanted[zone] = isWanted(city, zone);
+
     // The walk starts elsewhere each day, so that the daily limit favours no corner of the map.
-    const int start = static_cast<int32_t>(bits(city.day) * 37) % CELL_COUNT;
+    const int start = (static_cast<int32_t>(bits(city.day) * 37) % CELL_COUNT + CELL_COUNT) % CELL_COUNT;
     int grown = 0;
-    for (int step = 0; step < CELL_COUNT && grown < DAILY_GROWTH_LIMIT; step++) {
-        const int index = (start + CELL_COUNT + step) % CELL_COUNT;
-        const int x = index % GRID_SIZE;
-        const int y = index / GRID_SIZE;
-        if (!canGrow(city, x, y)) continue;
-        if (!(growthRoll(city, x, y) < growthChance(city, index))) continue;
-        growBuilding(city, x, y);
-        grown++;
+    for (const auto& [begin, end] : {std::pair{start, CELL_COUNT}, {0, start}}) {
+        for (int i = begin; i < end && grown < DAILY_GROWTH_LIMIT; i++) {
+            if (!wanted[city.cells[i].zone] || !growsToday(city, i)) continue;
+            growBuilding(city, i);
+            grown++;
+        }
     }
 }
 
@@ -100,20 +112,19 @@ void updateBuildingLevels(City& city) {
     }
 }
 
-void removeCondemnedBuildings(City& city) {
-    std::vector<int32_t> newIndex(city.buildings.size(), -1);
-    int32_t kept = 0;
-    for (size_t i = 0; i < city.buildings.size(); i++) {
-        if (city.buildings[i].kind == KIND_CONDEMNED) continue;
-        newIndex[i] = kept;
-        city.buildings[kept++] = city.buildings[i];
-    }
-    if (kept == static_cast<int32_t>(city.buildings.size())) return;
+static bool isCondemned(const Building& building) { return building.kind == KIND_CONDEMNED; }
 
-    city.buildings.resize(kept);
+void removeCondemnedBuildings(City& city) {
+    if (std::none_of(city.buildings.begin(), city.buildings.end(), isCondemned)) return;
+
+    std::vector<int32_t> newIndex(city.buildings.size());
+    int32_t kept = 0;
+    for (size_t i = 0; i < city.buildings.size(); i++)
+        newIndex[i] = isCondemned(city.buildings[i]) ? -1 : kept++;
     for (Cell& cell : city.cells)
         if (cell.buildingIndex >= 0 && cell.buildingIndex < static_cast<int32_t>(newIndex.size()))
             cell.buildingIndex = newIndex[cell.buildingIndex];
+    std::erase_if(city.buildings, isCondemned);
     city.buildingsDirty = 1;
     city.overlayDirty = 1;
 }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <tuple>
 
 // What a source serves: buildings, and the half side of its square reach in cells.
 struct SourceRow {
@@ -27,10 +28,18 @@ static int chebyshev(int x0, int y0, int x1, int y1) {
     return std::max(std::abs(x0 - x1), std::abs(y0 - y1));
 }
 
+// Takes memory for as many sources as there are buildings, so that a day on which one is finished takes none.
+static void reserveSources(NetworkMemory& memory, size_t count) {
+    memory.sources.reserve(count);
+    for (NetworkReach* reach : {&memory.power, &memory.water}) {
+        reach->piles.reserve(count);
+        reach->heads.reserve(count);
+    }
+}
+
 // Lists the active sources with all that they have to give. True if they are others than in the run before.
 static bool collectSources(City& city) {
     std::vector<NetworkSource>& sources = city.networkMemory.sources;
-    sources.reserve(city.buildings.size()); // so that a source that is finished takes no memory
     size_t count = 0;
     bool changed = false;
     for (const Building& building : city.buildings) {
@@ -38,76 +47,106 @@ static bool collectSources(City& city) {
         if (count == sources.size()) sources.emplace_back();
         NetworkSource& source = sources[count++];
         changed |= source.x != building.x || source.y != building.y || source.kind != building.kind;
-        source = {building.x, building.y, building.kind, sourceRow(building.kind).capacity};
+        source.x = building.x;
+        source.y = building.y;
+        source.kind = building.kind;
+        source.remaining = sourceRow(building.kind).capacity;
     }
     changed |= count != sources.size();
     sources.resize(count);
     return changed;
 }
 
-// Draws the reach of the sources of one network, also of those that have nothing left to give, and finds
-// the nearest to each cell, the first of equals.
-static void drawReach(const std::vector<NetworkSource>& sources, bool water, Grid& field,
-                      PerCell<int32_t>& nearest) {
+static void buildPiles(std::vector<NetworkSource>& sources, bool water, NetworkReach& reach) {
+    std::vector<int32_t>& sorted = reach.heads;
+    sorted.clear();
+    for (size_t i = 0; i < sources.size(); i++)
+        if (isWaterSource(sources[i].kind) == water) sorted.push_back(static_cast<int32_t>(i));
+    const auto place = [&sources](int32_t i) {
+        return std::tuple(sources[i].y, sources[i].x, sources[i].kind);
+    };
+    std::sort(sorted.begin(), sorted.end(), [&place](int32_t a, int32_t b) {
+        return std::tuple_cat(place(a), std::tuple(a)) < std::tuple_cat(place(b), std::tuple(b));
+    });
+
+    reach.piles.clear();
+    for (size_t i = 0; i < sorted.size(); i++) {
+        sources[sorted[i]].next = -1;
+        if (i > 0 && place(sorted[i - 1]) == place(sorted[i]))
+            sources[sorted[i - 1]].next = sorted[i];
+        else
+            reach.piles.push_back(sorted[i]);
+    }
+}
+
+// Draws the reach of every source, also of one that has nothing left to give, and finds the nearest to each
+// cell, the first in the list of equals.
+static void drawReach(const std::vector<NetworkSource>& sources, NetworkReach& reach) {
     std::array<uint8_t, CELL_COUNT> best;
     best.fill(255);
-    std::fill(field.begin(), field.end(), 0.0f);
-    std::fill(nearest.begin(), nearest.end(), -1);
-    for (size_t i = 0; i < sources.size(); i++) {
-        const NetworkSource& source = sources[i];
-        if (isWaterSource(source.kind) != water) continue;
-        const int reach = sourceRow(source.kind).reach;
-        const int x0 = std::max(source.x - reach, 0);
-        const int x1 = std::min(source.x + reach, GRID_SIZE - 1);
-        const int y0 = std::max(source.y - reach, 0);
-        const int y1 = std::min(source.y + reach, GRID_SIZE - 1);
+    std::fill(reach.field.begin(), reach.field.end(), 0.0f);
+    std::fill(reach.nearest.begin(), reach.nearest.end(), -1);
+    for (const int32_t pile : reach.piles) {
+        const NetworkSource& source = sources[pile];
+        const int radius = sourceRow(source.kind).reach;
+        const int x0 = std::max(source.x - radius, 0);
+        const int x1 = std::min(source.x + radius, GRID_SIZE - 1);
+        const int y0 = std::max(source.y - radius, 0);
+        const int y1 = std::min(source.y + radius, GRID_SIZE - 1);
         for (int y = y0; y <= y1; y++)
             for (int x = x0; x <= x1; x++) {
                 const int cell = cellIndex(x, y);
                 const int distance = chebyshev(source.x, source.y, x, y);
-                const float value = 1.0f - static_cast<float>(distance) / static_cast<float>(reach + 1);
-                field[cell] = std::max(field[cell], value);
-                if (distance >= best[cell]) continue;
+                const float value = 1.0f - static_cast<float>(distance) / static_cast<float>(radius + 1);
+                reach.field[cell] = std::max(reach.field[cell], value);
+                if (distance > best[cell] || (distance == best[cell] && pile > reach.nearest[cell])) continue;
                 best[cell] = static_cast<uint8_t>(distance);
-                nearest[cell] = static_cast<int32_t>(i);
+                reach.nearest[cell] = pile;
             }
     }
 }
 
 static void updateSources(City& city) {
     NetworkMemory& memory = city.networkMemory;
-    if (!collectSources(city)) return;
-    drawReach(memory.sources, false, memory.powerField, memory.nearestPower);
-    drawReach(memory.sources, true, memory.waterField, memory.nearestWater);
+    reserveSources(memory, city.buildings.size());
+    if (collectSources(city)) {
+        buildPiles(memory.sources, false, memory.power);
+        buildPiles(memory.sources, true, memory.water);
+        drawReach(memory.sources, memory.power);
+        drawReach(memory.sources, memory.water);
+    }
+    memory.power.heads = memory.power.piles;
+    memory.water.heads = memory.water.piles;
 }
 
-// The nearest source of the network that reaches the place and has something left, the first of equals;
-// nullptr for none.
-static NetworkSource* searchSource(std::vector<NetworkSource>& sources, bool water, int x, int y) {
-    NetworkSource* nearest = nullptr;
+// The nearest source that reaches the place and has something left, the first in the list of equals; -1 for
+// none.
+static int searchSource(const std::vector<NetworkSource>& sources, NetworkReach& reach, int x, int y) {
+    int nearest = -1;
     int best = 0;
-    for (NetworkSource& source : sources) {
-        if (source.remaining == 0 || isWaterSource(source.kind) != water) continue;
+    for (int32_t& head : reach.heads) {
+        while (head >= 0 && sources[head].remaining == 0) head = sources[head].next;
+        if (head < 0) continue;
+        const NetworkSource& source = sources[head];
         const int distance = chebyshev(source.x, source.y, x, y);
-        if (distance > sourceRow(source.kind).reach || (nearest && distance >= best)) continue;
-        nearest = &source;
+        if (distance > sourceRow(source.kind).reach) continue;
+        if (nearest >= 0 && (distance > best || (distance == best && head > nearest))) continue;
+        nearest = head;
         best = distance;
     }
     return nearest;
 }
 
-// Takes one unit for the building. Most find their nearest source still full enough; only the others search.
-static bool takeUnit(std::vector<NetworkSource>& sources, bool water, const PerCell<int32_t>& nearest,
-                     const Building& building) {
-    NetworkSource* source = nullptr;
-    if (inMap(building.x, building.y)) {
-        const int index = nearest[cellIndex(building.x, building.y)];
-        if (index < 0) return false;
-        source = &sources[index];
-    }
-    if (!source || source->remaining == 0) source = searchSource(sources, water, building.x, building.y);
-    if (!source) return false;
-    source->remaining--;
+// Takes one unit for the building. Most find the nearest source of their cell still full enough; only the
+// others search.
+static bool takeUnit(std::vector<NetworkSource>& sources, NetworkReach& reach, const Building& building) {
+    const bool onMap = inMap(building.x, building.y);
+    int source = onMap ? reach.nearest[cellIndex(building.x, building.y)] : -1;
+    if (onMap && source < 0) return false;
+    if (!onMap || sources[source].remaining == 0)
+        source = searchSource(sources, reach, building.x, building.y);
+    if (source < 0) return false;
+    sources[source].remaining--;
     return true;
 }
 
@@ -124,9 +163,9 @@ static void serveBuilding(NetworkMemory& memory, Building& building) {
         building.working = finished && building.roadAccess;
         return;
     }
-    building.powered = finished && takeUnit(memory.sources, false, memory.nearestPower, building);
-    building.watered = !needsWater(building.kind) ||
-                       (finished && takeUnit(memory.sources, true, memory.nearestWater, building));
+    building.powered = finished && takeUnit(memory.sources, memory.power, building);
+    building.watered =
+        !needsWater(building.kind) || (finished && takeUnit(memory.sources, memory.water, building));
     building.working = building.powered && building.watered && building.roadAccess;
 }
 
@@ -134,12 +173,6 @@ int adjacentRoadCell(const City& city, int x, int y) {
     for (const CellStep& step : NEIGHBOURS)
         if (cellAt(city, x + step.x, y + step.y).road) return cellIndex(x + step.x, y + step.y);
     return -1;
-}
-
-bool touchesRoad(const City& city, int x, int y) {
-    if (x < 1 || y < 1 || x >= GRID_SIZE - 1 || y >= GRID_SIZE - 1) return adjacentRoadCell(city, x, y) >= 0;
-    const Cell* cell = &city.cells[cellIndex(x, y)];
-    return cell[1].road || cell[-1].road || cell[GRID_SIZE].road || cell[-GRID_SIZE].road;
 }
 
 void updateRoadAccess(City& city) {
@@ -150,7 +183,7 @@ void updateUtilities(City& city) {
     updateRoadAccess(city);
     updateSources(city);
     for (Building& building : city.buildings) serveBuilding(city.networkMemory, building);
-    city.powerField = city.networkMemory.powerField;
-    city.waterField = city.networkMemory.waterField;
+    city.powerField = city.networkMemory.power.field;
+    city.waterField = city.networkMemory.water.field;
     city.buildingsDirty = city.overlayDirty = 1;
 }

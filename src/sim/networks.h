@@ -13,5 +13,10 @@ void updateUtilities(City& city);
 
 // Index of the first neighbouring cell with a road, in the order +x, -x, +y, -y; -1 for none.
 int adjacentRoadCell(const City& city, int x, int y);
-// Whether there is one at all.
-bool touchesRoad(const City& city, int x, int y);
+
+// Whether there is one at all. Away from the map's edge the neighbours need no test of their own.
+inline bool touchesRoad(const City& city, int x, int y) {
+    if (x < 1 || y < 1 || x >= GRID_SIZE - 1 || y >= GRID_SIZE - 1) return adjacentRoadCell(city, x, y) >= 0;
+    const Cell* cell = &city.cells[cellIndex(x, y)];
+    return cell[1].road || cell[-1].road || cell[GRID_SIZE].road || cell[-GRID_SIZE].road;
+}

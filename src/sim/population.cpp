@@ -22,28 +22,28 @@ static void clearEconomy(City& city) {
     city.happiness = 60.0f;
 }
 
-static void countResidents(City& city) {
-    int64_t population = 0;
+struct PeopleCount {
+    int64_t residents = 0;
     int64_t educated = 0;
+    int64_t jobs = 0;
+};
+
+// Of working buildings.
+static PeopleCount countPeople(const City& city) {
+    PeopleCount count;
     for (const Building& building : city.buildings) {
-        if (building.kind != KIND_HOMES || !building.working) continue;
-        population += building.occupants;
+        if (!building.working) continue;
+        count.jobs += jobPlaces(building.kind, building.level);
+        if (building.kind != KIND_HOMES) continue;
+        count.residents += building.occupants;
         if (fieldAt(city.coverage[COVERAGE_EDUCATION], building.x, building.y) >= EDUCATED_COVERAGE)
-            educated += building.occupants;
+            count.educated += building.occupants;
     }
-    city.population = saturated(population);
-    city.workers = wholePart(0.6f * static_cast<float>(city.population));
-    city.educatedShare =
-        city.population > 0 ? static_cast<float>(educated) / static_cast<float>(city.population) : 0.0f;
+    return count;
 }
 
-// The job places of working buildings of one kind, or of all kinds.
-static int64_t workingPlaces(const City& city, int kind) {
-    int64_t places = 0;
-    for (const Building& building : city.buildings)
-        if (building.working && (kind == KIND_COUNT || building.kind == kind))
-            places += jobPlaces(building.kind, building.level);
-    return places;
+static float shareOf(int64_t part, int64_t whole) {
+    return whole > 0 ? static_cast<float>(part) / static_cast<float>(whole) : 0.0f;
 }
 
 static int32_t staffOf(const Building& building, float staffing) {
@@ -81,7 +81,8 @@ static void updateShops(City& city, float fill) {
 
 // What the building's happiness moves towards.
 static float happinessTarget(const City& city, const Building& building, float fill) {
-    const auto here = [&building](const Grid& field) { return fieldAt(field, building.x, building.y); };
+    const int cell = inMap(building.x, building.y) ? cellIndex(building.x, building.y) : -1;
+    const auto here = [cell](const Grid& field) { return cell < 0 ? 0.0f : field[cell]; };
     float value = building.powered ? 55.0f : 25.0f;
     if (!building.watered && building.kind < KIND_PARK) value -= 22.0f;
     value += here(city.coverage[COVERAGE_POLICE]) * 10.0f;
@@ -97,8 +98,10 @@ static float happinessTarget(const City& city, const Building& building, float f
         value += static_cast<float>(100 - city.taxRate[0]) * 0.08f;
         value -= (1.0f - fill) * 15.0f;
     }
-    if (hasPolicy(city, building.x, building.y, POLICY_SMOKE_FREE)) value += 2.0f;
-    if (hasPolicy(city, building.x, building.y, POLICY_NO_TRUCKS)) value += 1.0f;
+    if (const int district = districtAt(city, building.x, building.y)) {
+        if (city.districtPolicy[district] & POLICY_SMOKE_FREE) value += 2.0f;
+        if (city.districtPolicy[district] & POLICY_NO_TRUCKS) value += 1.0f;
+    }
     if (city.raining) value -= 2.0f;
     return hold(value, 0.0f, 100.0f);
 }
@@ -129,12 +132,13 @@ void updatePopulation(City& city) {
     clearEconomy(city);
     if (city.buildings.empty()) return;
 
-    countResidents(city);
-    const int64_t jobs = workingPlaces(city, KIND_COUNT);
-    city.jobs = saturated(jobs);
+    const PeopleCount count = countPeople(city);
+    city.population = saturated(count.residents);
+    city.workers = wholePart(0.6f * static_cast<float>(city.population));
+    city.educatedShare = shareOf(count.educated, city.population);
+    city.jobs = saturated(count.jobs);
     city.employed = std::min(city.workers, city.jobs);
-    const float fill =
-        jobs > 0 ? hold(static_cast<float>(city.workers) / static_cast<float>(jobs), 0.0f, 1.0f) : 0.0f;
+    const float fill = hold(shareOf(city.workers, count.jobs), 0.0f, 1.0f);
     updateStaff(city, fill);
     updateShops(city, fill);
 
@@ -156,9 +160,19 @@ void updatePopulation(City& city) {
 static float heldDemand(float value) { return hold(value, -1.0f, 1.0f); }
 
 void updateDemand(City& city) {
-    const float places = static_cast<float>(workingPlaces(city, KIND_COUNT));
-    const float shopPlaces = static_cast<float>(workingPlaces(city, KIND_SHOPS));
-    const float officePlaces = static_cast<float>(workingPlaces(city, KIND_OFFICE_TOWER));
+    int64_t allPlaces = 0;
+    int64_t placesInShops = 0;
+    int64_t placesInOffices = 0;
+    for (const Building& building : city.buildings) {
+        if (!building.working) continue;
+        const int places = jobPlaces(building.kind, building.level);
+        allPlaces += places;
+        if (building.kind == KIND_SHOPS) placesInShops += places;
+        if (building.kind == KIND_OFFICE_TOWER) placesInOffices += places;
+    }
+    const float places = static_cast<float>(allPlaces);
+    const float shopPlaces = static_cast<float>(placesInShops);
+    const float officePlaces = static_cast<float>(placesInOffices);
     const float workers = static_cast<float>(city.workers);
     const float customers = 0.3f * static_cast<float>(city.population);
 

@@ -20,19 +20,25 @@ static float budgetFactor(int budget) {
     return static_cast<float>(std::pow(static_cast<double>(share), 0.6));
 }
 
-// 1 - d / radius over the square around a centre, row by row; below zero outside the disc.
+// 1 - d / radius over the square around a centre, row by row, and how far the disc reaches to both sides in
+// each row.
 struct Kernel {
     int radius;
+    std::vector<int> halfWidths;
     std::vector<float> nearness;
 };
 
 static Kernel makeKernel(int radius) {
-    Kernel kernel{radius, {}};
-    for (int dy = -radius; dy <= radius; dy++)
+    Kernel kernel{radius, {}, {}};
+    for (int dy = -radius; dy <= radius; dy++) {
+        int halfWidth = 0;
         for (int dx = -radius; dx <= radius; dx++) {
             const float distance = static_cast<float>(std::sqrt(static_cast<double>(dx * dx + dy * dy)));
             kernel.nearness.push_back(1.0f - distance / static_cast<float>(radius));
+            if (distance <= static_cast<float>(radius)) halfWidth = std::max(halfWidth, dx);
         }
+        kernel.halfWidths.push_back(halfWidth);
+    }
     return kernel;
 }
 
@@ -54,18 +60,17 @@ static const Kernel& busStopKernel() {
 template<class Visit>
 static void forEachCellAround(int centreX, int centreY, const Kernel& kernel, Visit visit) {
     const int radius = kernel.radius;
-    const int x0 = std::max(centreX - radius, 0);
-    const int x1 = std::min(centreX + radius, GRID_SIZE - 1);
     const int y0 = std::max(centreY - radius, 0);
     const int y1 = std::min(centreY + radius, GRID_SIZE - 1);
     for (int y = y0; y <= y1; y++) {
-        const float* row = &kernel.nearness[(y - centreY + radius) * (2 * radius + 1)];
-        for (int x = x0; x <= x1; x++) {
-            const float nearness = row[x - centreX + radius];
-            if (nearness >= 0.0f) visit(cellIndex(x, y), nearness);
-        }
+        const int row = y - centreY + radius;
+        const int x0 = std::max(centreX - kernel.halfWidths[row], 0);
+        const int x1 = std::min(centreX + kernel.halfWidths[row], GRID_SIZE - 1);
+        const float* nearness = &kernel.nearness[row * (2 * radius + 1) + radius];
+        for (int x = x0; x <= x1; x++) visit(cellIndex(x, y), nearness[x - centreX]);
     }
 }
+
 using Providers = decltype(CoverageMemory::providers);
 
 static int placeIndex(int x, int y) { return (y + COVERAGE_MARGIN) * COVERAGE_SIDE + x + COVERAGE_MARGIN; }
@@ -128,7 +133,7 @@ static void drawCoverage(CoverageMemory& memory, int service) {
 void updateCoverage(City& city) {
     const int changed = updateProviders(city);
     for (int service = 0; service < COVERAGE_SERVICES; service++) {
-        if (changed & 1 << service) drawCoverage(city.coverageMemory, service);
+        if (changed & (1 << service)) drawCoverage(city.coverageMemory, service);
         city.coverage[service] = city.coverageMemory.grids[service];
     }
     for (int unused = COVERAGE_SERVICES; unused < COVERAGE_COUNT; unused++)

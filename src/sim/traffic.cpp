@@ -2,96 +2,131 @@
 
 #include "sim/building_kinds.h"
 #include "sim/hash.h"
-#include "sim/networks.h"
 #include "sim/numbers.h"
+#include "sim/road_network.h"
 
 #include <algorithm>
 
-constexpr int BUS_STOP_REACH = 5; // cells to each side of the home
-constexpr float BUS_SHARE = 0.45f;
-constexpr float BUS_SHARE_TRANSIT_FIRST = 0.585f;
+static constexpr int BUS_STOP_REACH = 5; // cells to each side of the home
+static constexpr float BUS_SHARE = 0.45f;
+static constexpr float BUS_SHARE_TRANSIT_FIRST = 0.585f;
 
-// Buildings with running sums of their weights, for a draw by weight.
-struct WeightedList {
-    std::vector<int32_t> buildings;
-    std::vector<int64_t> sums;
+static int64_t totalOf(const WeightedList& list) { return list.sums.empty() ? 0 : list.sums.back(); }
 
-    int64_t total() const { return sums.empty() ? 0 : sums.back(); }
-    void add(int building, int64_t weight) {
-        buildings.push_back(building);
-        sums.push_back(total() + weight);
-    }
-    // The first entry whose sum is greater than `at`, or the last one.
-    int pick(int64_t at) const {
-        const auto found = std::upper_bound(sums.begin(), sums.end(), at);
-        return found == sums.end() ? buildings.back() : buildings[found - sums.begin()];
-    }
-};
+static void add(WeightedList& list, int building, int64_t weight) {
+    const int64_t sum = totalOf(list) + weight;
+    list.buildings.push_back(building);
+    list.sums.push_back(sum);
+}
 
-struct Path {
-    int home;
-    std::vector<int32_t> cells;
-};
+// The first entry whose sum is greater than `at`, or the last one.
+static int pick(const WeightedList& list, int64_t at) {
+    const auto found = std::upper_bound(list.sums.begin(), list.sums.end(), at);
+    return found == list.sums.end() ? list.buildings.back() : list.buildings[found - list.sums.begin()];
+}
 
-static void collect(const City& city, WeightedList& homes, WeightedList& jobs, bool& hasDepot) {
-    hasDepot = false;
+static void clear(WeightedList& list, size_t room) {
+    list.buildings.clear();
+    list.sums.clear();
+    list.buildings.reserve(room);
+    list.sums.reserve(room);
+}
+
+static void readRoads(City& city) {
+    TrafficMemory& memory = city.trafficMemory;
+    if (!updateRoadNetwork(memory.network, city)) return;
+    memory.uses.resize(CELL_COUNT);
+    memory.nearBusStop.resize(CELL_COUNT);
+    memory.ways.reserve(COMMUTE_SAMPLES);
+    memory.wayCells.reserve(COMMUTE_SAMPLES * memory.network.cells.size());
+}
+
+// Fills the lists of homes and jobs. True when a bus depot works.
+static bool collectCommuters(City& city) {
+    TrafficMemory& memory = city.trafficMemory;
+    clear(memory.homes, city.buildings.size());
+    clear(memory.jobs, city.buildings.size());
+    bool hasDepot = false;
     for (int i = 0; i < static_cast<int>(city.buildings.size()); i++) {
         const Building& building = city.buildings[i];
         if (!building.working) continue;
         if (building.kind == KIND_BUS_DEPOT) hasDepot = true;
         if (building.kind == KIND_HOMES) {
             const int commuters = wholePart(static_cast<float>(building.occupants) * 0.6f + 0.5f);
-            if (building.occupants >= 1 && commuters >= 1) homes.add(i, commuters);
+            if (building.occupants >= 1 && commuters >= 1) add(memory.homes, i, commuters);
         } else if (const int places = jobPlaces(building.kind, building.level); places > 0) {
-            jobs.add(i, places);
+            add(memory.jobs, i, places);
         }
+    }
+    return hasDepot;
+}
+
+static void markNearBusStops(City& city) {
+    PerCell<uint8_t>& near = city.trafficMemory.nearBusStop;
+    std::fill(near.begin(), near.end(), uint8_t{0});
+    for (int i = 0; i < CELL_COUNT; i++) {
+        if (!city.cells[i].busStop) continue;
+        const int x0 = std::max(i % GRID_SIZE - BUS_STOP_REACH, 0);
+        const int x1 = std::min(i % GRID_SIZE + BUS_STOP_REACH, GRID_SIZE - 1);
+        const int y0 = std::max(i / GRID_SIZE - BUS_STOP_REACH, 0);
+        const int y1 = std::min(i / GRID_SIZE + BUS_STOP_REACH, GRID_SIZE - 1);
+        for (int y = y0; y <= y1; y++) std::fill_n(&near[cellIndex(x0, y)], x1 - x0 + 1, uint8_t{1});
     }
 }
 
-static bool hasBusStopNear(const City& city, int homeX, int homeY) {
-    for (int y = homeY - BUS_STOP_REACH; y <= homeY + BUS_STOP_REACH; y++)
-        for (int x = homeX - BUS_STOP_REACH; x <= homeX + BUS_STOP_REACH; x++)
-            if (inMap(x, y) && city.cells[cellIndex(x, y)].busStop) return true;
-    return false;
-}
-
 static bool takesBus(const City& city, const Building& home, int sample) {
-    if (!hasBusStopNear(city, home.x, home.y)) return false;
+    if (!inMap(home.x, home.y) || !city.trafficMemory.nearBusStop[cellIndex(home.x, home.y)]) return false;
     const bool transitFirst = hasPolicy(city, home.x, home.y, POLICY_TRANSIT_FIRST);
     const float share = transitFirst ? BUS_SHARE_TRANSIT_FIRST : BUS_SHARE;
     return hashUnit(static_cast<uint32_t>(sample), static_cast<uint32_t>(city.day), city.seed + 3) < share;
 }
 
-// Breadth-first over road cells. The path holds both ends; it is empty for a cut-off network.
-static std::vector<int32_t> findPath(const City& city, int from, int to) {
-    std::vector<int32_t> parent(CELL_COUNT, -1);
-    std::vector<int32_t> queue = {from};
-    parent[from] = from;
-    for (size_t head = 0; head < queue.size() && parent[to] < 0; head++) {
-        const int cell = queue[head];
-        for (const CellStep& step : NEIGHBOURS) {
-            const int x = cell % GRID_SIZE + step.x;
-            const int y = cell / GRID_SIZE + step.y;
-            if (!inMap(x, y)) continue;
-            const int next = cellIndex(x, y);
-            if (parent[next] >= 0 || city.cells[next].road == ROAD_NONE) continue;
-            parent[next] = cell;
-            queue.push_back(next);
-        }
-    }
+static bool driveToWork(City& city, int homeIndex, int jobIndex) {
+    TrafficMemory& memory = city.trafficMemory;
+    const Building& home = city.buildings[homeIndex];
+    const Building& job = city.buildings[jobIndex];
+    const int from = roadBeside(memory.network, home.x, home.y);
+    const int to = roadBeside(memory.network, job.x, job.y);
+    if (from < 0 || to < 0 || !findWay(memory.network, from, to, memory.wayCells)) return false;
+    memory.ways.push_back({homeIndex, static_cast<uint32_t>(memory.wayCells.size())});
+    return true;
+}
 
-    std::vector<int32_t> path;
-    if (parent[to] < 0) return path;
-    for (int cell = to; cell != from; cell = parent[cell]) path.push_back(cell);
-    path.push_back(from);
-    std::reverse(path.begin(), path.end());
-    return path;
+// Sends every sample to work by bus or by car. Answers how many ride the bus.
+static int drawCommutes(City& city, int samples, bool hasDepot) {
+    const TrafficMemory& memory = city.trafficMemory;
+    const double commuters = static_cast<double>(totalOf(memory.homes));
+    const int64_t jobs = totalOf(memory.jobs);
+    int riders = 0;
+    for (int s = 0; s < samples; s++) {
+        const int home = pick(memory.homes, static_cast<int64_t>((s + 0.5) * commuters / samples));
+        const uint32_t hash = hashCell(static_cast<uint32_t>(s), static_cast<uint32_t>(city.day), city.seed);
+        const int job = pick(memory.jobs, hash % jobs);
+        if (hasDepot && takesBus(city, city.buildings[home], s))
+            riders++;
+        else
+            driveToWork(city, home, job);
+    }
+    return riders;
+}
+
+// Every way that passes a cell adds `scale` to its flow, one after the other in single precision.
+static void addCommutes(City& city, double scale) {
+    TrafficMemory& memory = city.trafficMemory;
+    std::array<float, COMMUTE_SAMPLES + 1> flowOfUses;
+    flowOfUses[0] = 0.0f;
+    for (int uses = 1; uses <= COMMUTE_SAMPLES; uses++)
+        flowOfUses[uses] = static_cast<float>(static_cast<double>(flowOfUses[uses - 1]) + scale);
+
+    std::fill(memory.uses.begin(), memory.uses.end(), uint16_t{0});
+    for (const int cell : memory.wayCells) memory.uses[cell]++;
+    for (const int cell : memory.network.cells) city.trafficFlow[cell] = flowOfUses[memory.uses[cell]];
 }
 
 static void addTrucks(City& city) {
     for (const Building& building : city.buildings) {
         if (building.kind != KIND_FACTORY || !building.working) continue;
-        const int road = adjacentRoadCell(city, building.x, building.y);
+        const int road = roadBeside(city.trafficMemory.network, building.x, building.y);
         if (road < 0) continue;
         float trucks = static_cast<float>(building.level) * 60.0f;
         if (hasPolicy(city, building.x, building.y, POLICY_NO_TRUCKS)) trucks *= 0.5f;
@@ -99,88 +134,71 @@ static void addTrucks(City& city) {
     }
 }
 
-// Draws the commutes and loads them onto the roads. Returns the paths driven by car.
-static std::vector<Path> addCommutes(City& city, const WeightedList& homes, const WeightedList& jobs,
-                                     bool hasDepot) {
-    std::vector<Path> paths;
-    const int64_t commuters = homes.total();
-    const int samples = static_cast<int>(std::min<int64_t>(commuters, COMMUTE_SAMPLES));
-    const double scale = static_cast<double>(commuters) / samples;
-    int riders = 0;
-    for (int s = 0; s < samples; s++) {
-        const int homeIndex =
-            homes.pick(static_cast<int64_t>((s + 0.5) * static_cast<double>(commuters) / samples));
-        const uint32_t hash = hashCell(static_cast<uint32_t>(s), static_cast<uint32_t>(city.day), city.seed);
-        const int jobIndex = jobs.pick(hash % jobs.total());
-        const Building& home = city.buildings[homeIndex];
-        const Building& job = city.buildings[jobIndex];
-        if (hasDepot && takesBus(city, home, s)) {
-            riders++;
-            continue;
-        }
-        const int from = adjacentRoadCell(city, home.x, home.y);
-        const int to = adjacentRoadCell(city, job.x, job.y);
-        if (from < 0 || to < 0) continue;
-        Path path{homeIndex, findPath(city, from, to)};
-        if (path.cells.empty()) continue;
-        for (const int cell : path.cells)
-            city.trafficFlow[cell] = static_cast<float>(static_cast<double>(city.trafficFlow[cell]) + scale);
-        paths.push_back(std::move(path));
-    }
-    city.transitRiders = saturated(static_cast<int64_t>(riders * scale + 0.5));
-    return paths;
-}
+static int capacityOf(int road) { return road == ROAD_AVENUE ? 2700 : road == ROAD_STREET ? 900 : 0; }
 
 static void updateLoad(City& city) {
-    for (int i = 0; i < CELL_COUNT; i++) {
-        const int capacity = city.roadCapacity[i];
-        city.trafficLoad[i] =
-            capacity > 0 ? hold(city.trafficFlow[i] / static_cast<float>(capacity), 0.0f, 1.0f) : 0.0f;
+    std::fill(city.roadCapacity.begin(), city.roadCapacity.end(), 0);
+    std::fill(city.trafficLoad.begin(), city.trafficLoad.end(), 0.0f);
+    for (const int cell : city.trafficMemory.network.cells) {
+        const int capacity = capacityOf(city.cells[cell].road);
+        if (capacity == 0) continue;
+        city.roadCapacity[cell] = capacity;
+        city.trafficLoad[cell] = hold(city.trafficFlow[cell] / static_cast<float>(capacity), 0.0f, 1.0f);
     }
 }
 
-static float averageLoad(const City& city, const std::vector<int32_t>& cells) {
+static float averageLoad(const City& city, size_t begin, size_t end) {
+    const std::vector<uint16_t>& cells = city.trafficMemory.wayCells;
     float sum = 0.0f;
-    for (const int cell : cells) sum += city.trafficLoad[cell];
-    return sum / static_cast<float>(cells.size());
+    for (size_t i = begin; i < end; i++) sum += city.trafficLoad[cells[i]];
+    return sum / static_cast<float>(end - begin);
 }
 
-static void updateCongestion(City& city, const std::vector<Path>& paths) {
-    std::vector<float> sums(city.buildings.size(), 0.0f);
-    std::vector<int32_t> counts(city.buildings.size(), 0);
-    for (const Path& path : paths) {
-        sums[path.home] += averageLoad(city, path.cells);
-        counts[path.home]++;
+// The samples come in the order of their homes, so that the ways of a home lie side by side.
+static void updateCongestionOfHomes(City& city) {
+    const std::vector<TrafficMemory::Way>& ways = city.trafficMemory.ways;
+    size_t begin = 0;
+    for (size_t i = 0; i < ways.size();) {
+        const int home = ways[i].home;
+        float sum = 0.0f;
+        int count = 0;
+        for (; i < ways.size() && ways[i].home == home; i++) {
+            sum += averageLoad(city, begin, ways[i].end);
+            begin = ways[i].end;
+            count++;
+        }
+        city.buildings[home].congestion = sum / static_cast<float>(count);
     }
-    for (size_t i = 0; i < city.buildings.size(); i++) {
-        Building& building = city.buildings[i];
-        const int road = adjacentRoadCell(city, building.x, building.y);
-        if (counts[i] > 0)
-            building.congestion = sums[i] / static_cast<float>(counts[i]);
-        else
-            building.congestion = road >= 0 ? city.trafficLoad[road] : 0.0f;
+}
+
+static void updateCongestion(City& city) {
+    for (Building& building : city.buildings) {
+        const int road = roadBeside(city.trafficMemory.network, building.x, building.y);
+        building.congestion = road >= 0 ? city.trafficLoad[road] : 0.0f;
     }
+    updateCongestionOfHomes(city);
 }
 
 void updateTraffic(City& city) {
-    for (int i = 0; i < CELL_COUNT; i++) {
-        const int road = city.cells[i].road;
-        city.trafficFlow[i] = 0.0f;
-        city.roadCapacity[i] = road == ROAD_AVENUE ? 2700 : road == ROAD_STREET ? 900 : 0;
-    }
-
-    WeightedList homes;
-    WeightedList jobs;
-    bool hasDepot;
-    collect(city, homes, jobs, hasDepot);
-    city.commuters = saturated(homes.total());
+    TrafficMemory& memory = city.trafficMemory;
+    readRoads(city);
+    const bool hasDepot = collectCommuters(city);
+    if (hasDepot) markNearBusStops(city);
+    const int64_t commuters = totalOf(memory.homes);
+    city.commuters = saturated(commuters);
     city.transitRiders = 0;
+    std::fill(city.trafficFlow.begin(), city.trafficFlow.end(), 0.0f);
 
-    std::vector<Path> paths;
-    if (homes.total() >= 1 && jobs.total() >= 1) {
-        paths = addCommutes(city, homes, jobs, hasDepot);
+    if (commuters >= 1 && totalOf(memory.jobs) >= 1) {
+        const int samples = static_cast<int>(std::min<int64_t>(commuters, COMMUTE_SAMPLES));
+        const double scale = static_cast<double>(commuters) / samples;
+        const int riders = drawCommutes(city, samples, hasDepot);
+        city.transitRiders = saturated(static_cast<int64_t>(riders * scale + 0.5));
+        addCommutes(city, scale);
         addTrucks(city);
     }
     updateLoad(city);
-    updateCongestion(city, paths);
+    updateCongestion(city);
+    memory.ways.clear();
+    memory.wayCells.clear();
 }

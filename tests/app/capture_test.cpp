@@ -14,7 +14,7 @@ static App stateApplied(const std::string& text) {
 // Sets a variable for the length of a test.
 class Variable {
 public:
-    Variable(const char* name, const char* value) : name(name) { setenv(name, value, 1); }
+    Variable(const char* variable, const char* value) : name(variable) { setenv(name, value, 1); }
     ~Variable() { unsetenv(name); }
 
 private:

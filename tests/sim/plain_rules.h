@@ -10,5 +10,16 @@ void updateRoadAccess(City& city);
 void updateUtilities(City& city);
 void updateCoverage(City& city);
 void updateLandValue(City& city);
+void updateTraffic(City& city);
+void updatePopulation(City& city);
+void updateDemand(City& city);
+void growZones(City& city);
+void removeCondemnedBuildings(City& city);
+
+// The cells of the way that a breadth-first search finds, both ends included; empty for none.
+std::vector<int32_t> findWay(const City& city, int from, int to);
+
+// A whole day of these and of the passes that have one form only.
+void dailyTick(City& city);
 
 } // namespace plain

@@ -3,10 +3,13 @@
 
 #include "sim/city_helpers.h"
 #include "sim/grown_cities.h"
+#include "sim/growth.h"
 #include "sim/map_generation.h"
 #include "sim/networks.h"
+#include "sim/population.h"
 #include "sim/random_city.h"
 #include "sim/services.h"
+#include "sim/traffic.h"
 
 #include <gtest/gtest.h>
 
@@ -22,9 +25,24 @@ static void expectSamePasses(City& city, const std::string& when) {
     updateCoverage(city);
     plain::updateCoverage(plainCity);
     ASSERT_EQ(cityHashes(city), cityHashes(plainCity)) << "coverage, " << when;
+    updateTraffic(city);
+    plain::updateTraffic(plainCity);
+    ASSERT_EQ(cityHashes(city), cityHashes(plainCity)) << "traffic, " << when;
     updateLandValue(city);
     plain::updateLandValue(plainCity);
     ASSERT_EQ(cityHashes(city), cityHashes(plainCity)) << "land value, " << when;
+    updatePopulation(city);
+    plain::updatePopulation(plainCity);
+    ASSERT_EQ(cityHashes(city), cityHashes(plainCity)) << "population, " << when;
+    growZones(city);
+    plain::growZones(plainCity);
+    ASSERT_EQ(cityHashes(city), cityHashes(plainCity)) << "growth, " << when;
+    removeCondemnedBuildings(city);
+    plain::removeCondemnedBuildings(plainCity);
+    ASSERT_EQ(cityHashes(city), cityHashes(plainCity)) << "clean-up, " << when;
+    updateDemand(city);
+    plain::updateDemand(plainCity);
+    ASSERT_EQ(cityHashes(city), cityHashes(plainCity)) << "demand, " << when;
 }
 
 static void finishAll(City& city) {
@@ -73,6 +91,21 @@ TEST(FastPasses, EqualThePlainOnesInAShortage) {
               6 * 45 + 3 * 60);
     std::reverse(city.buildings.begin(), city.buildings.end());
     expectSamePasses(city, "the young first");
+}
+
+// Only a loaded file can pile sources up on one cell. Piles at equal distances take turns by their place in
+// the list.
+TEST(FastPasses, EqualThePlainOnesWithPilesOfSources) {
+    City city = flatCity();
+    layRoads(city, 30, 40, 70, 40);
+    for (int i = 0; i < 40; i++) {
+        const uint8_t kind = static_cast<uint8_t>(KIND_GAS_POWER_PLANT + i * 5 % 7 % 4);
+        addBuilding(city, 40 + i * 3 % 5 * 5, 39 + i % 2 * 2, kind);
+        for (int home = 0; home < 90; home++) addBuilding(city, 35 + home % 30, 42 + i % 12, KIND_HOMES);
+        ASSERT_NO_FATAL_FAILURE(expectSamePasses(city, "source " + std::to_string(i)));
+    }
+    EXPECT_TRUE(std::any_of(city.buildings.begin(), city.buildings.end(),
+                            [](const Building& building) { return !building.powered; }));
 }
 
 TEST(FastPasses, EqualThePlainOnesInWildCities) {

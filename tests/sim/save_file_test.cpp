@@ -15,7 +15,6 @@
 
 // Where things lie in a file of version 3.
 constexpr size_t VERSION_AT = 4;
-constexpr size_t DAY_AT = 12;
 constexpr size_t TAX_AT = 112;
 constexpr size_t BUDGET_AT = 128;
 constexpr size_t DISTRICT_TAX_AT = 160;
@@ -296,7 +295,7 @@ TEST(SaveFile, WhatLiesBehindTheLastRecordIsNotLookedAt) {
     EXPECT_TRUE(encodeCity(city) == exact);
 }
 
-// ---- Refusals leave the city in play as it was, to the last byte.
+// Refusals leave the city in play as it was, to the last byte.
 
 struct SaveRefusal : testing::Test {
     City city = livelyTown();

@@ -122,6 +122,22 @@ TEST(WildSave, MoneyWithoutEnd) {
     }
 }
 
+// Asked one by one, every home and every source, the piles would take minutes.
+TEST(WildSave, PilesOfPlantsPumpsAndHomesAreServedWithinASecond) {
+    City city = smallTown();
+    while (city.buildings.size() < 200000) {
+        const int kinds[] = {KIND_HOMES, KIND_GAS_POWER_PLANT, KIND_HOMES, KIND_WATER_PUMP};
+        const size_t i = city.buildings.size();
+        addBuilding(city, 40 + static_cast<int>(i % 17), 47, static_cast<uint8_t>(kinds[i % 4])).occupants =
+            1;
+    }
+    const std::vector<uint8_t> bytes = encodeCity(city);
+    ASSERT_TRUE(decodeCity(city, bytes.data(), bytes.size()));
+    dailyTick(city);
+    EXPECT_EQ(city.day, 1);
+    EXPECT_GT(city.population, 0);
+}
+
 TEST(WildSave, RandomBytesInEveryPart) {
     std::vector<uint8_t> town = encodeCity(smallTown());
     constexpr uint32_t PARTS[][2] = {{8, 1191}, {8, 112}, {1195, 38831}, {38835, 149427}, {149431, 150311}};

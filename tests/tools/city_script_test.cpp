@@ -192,8 +192,6 @@ TEST(CityScript, EventsComeNewestFirstBehindTheirCount) {
     EXPECT_EQ(output("events"), "events 0\n");
 }
 
-// ---- Lines that are no command
-
 struct BadLine {
     const char* line;
     const char* message;
