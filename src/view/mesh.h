@@ -9,7 +9,8 @@ struct Mesh {
     uint32_t vertexArray = 0; // GL names, 0 = not yet created
     uint32_t vertexBuffer = 0;
     int32_t vertexCount = 0;
-    uint64_t capacity = 0; // bytes of the buffer's storage
+    uint64_t capacity = 0;    // bytes of the buffer's storage
+    uint64_t fingerprint = 0; // of what it was built from (view/fingerprint.h), 0 = never built
 };
 
 // Replaces the mesh's content. A dynamic mesh keeps its storage while the new content fits.

@@ -1,7 +1,9 @@
 #include "view/rebuild.h"
 
 #include "sim/calendar.h"
+#include "view/road_mesh.h"
 #include "view/terrain.h"
+#include "view/trees.h"
 #include "view/water.h"
 
 #include <algorithm>
@@ -50,4 +52,12 @@ void updateWorldMeshes(WorldMeshes& meshes, City& city) {
     const bool all = takeGroundMarks(meshes, city);
     updateTerrain(meshes, city, all);
     if (!meshes.waterBuilt) buildWaterMesh(meshes);
+    if (city.roadsDirty || all) {
+        buildRoadMesh(meshes, city);
+        city.roadsDirty = 0;
+    }
+    if (city.zonesDirty) {
+        buildTreeMesh(meshes, city);
+        city.zonesDirty = 0;
+    }
 }

@@ -8,6 +8,6 @@
 // nothing.
 void setOverlay(WorldMeshes& meshes, int mode);
 
-// Rebuilds the ground where the city's dirty marks call it stale, clears these marks, and makes the water the
-// first time. Once a frame, before drawing.
+// Brings up to date whatever the city's dirty marks call stale, and clears them. Once a frame, before
+// drawing. The first time it makes the water as well.
 void updateWorldMeshes(WorldMeshes& meshes, City& city);

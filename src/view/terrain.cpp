@@ -1,8 +1,10 @@
 #include "view/terrain.h"
 
 #include "sim/calendar.h"
+#include "view/fingerprint.h"
 
 #include <algorithm>
+#include <bit>
 #include <cassert>
 
 constexpr int CHUNK_VERTICES = CHUNK_SIZE * CHUNK_SIZE * 6;
@@ -61,6 +63,11 @@ struct ChunkGround {
     GroundCorner corners[CORNER_ROW][CORNER_ROW];
 };
 
+Vec3 cornerPosition(const City& city, int cornerX, int cornerY, float lift) {
+    return {CELL_WIDTH * static_cast<float>(cornerX), city.heights[cornerIndex(cornerX, cornerY)] + lift,
+            CELL_WIDTH * static_cast<float>(cornerY)};
+}
+
 Vec3 terrainNormal(const City& city, int cornerX, int cornerY) {
     assert(cornerX >= 0 && cornerX <= GRID_SIZE && cornerY >= 0 && cornerY <= GRID_SIZE);
     const int x0 = std::max(cornerX - 1, 0);
@@ -90,6 +97,12 @@ static Vec3 groundColour(int terrain, Season season) {
     }
 }
 
+// Null for an overlay whose ground is not the picture of a field.
+static const OverlayRamp* overlayRamp(int overlayMode) {
+    if (overlayMode < OVERLAY_POWER || overlayMode >= OVERLAY_COUNT) return nullptr;
+    return &OVERLAY_RAMPS[overlayMode - OVERLAY_POWER];
+}
+
 // A value that is no number counts as low.
 static Vec3 rampColour(const OverlayRamp& ramp, float value) {
     const float f = value * ramp.scale;
@@ -108,10 +121,8 @@ static Vec3 tintedColour(Vec3 colour, const Cell& cell) {
 
 static Vec3 cellColour(const City& city, int overlayMode, Season season, int x, int y) {
     const int index = cellIndex(x, y);
-    if (overlayMode >= OVERLAY_POWER && overlayMode < OVERLAY_COUNT) {
-        const OverlayRamp& ramp = OVERLAY_RAMPS[overlayMode - OVERLAY_POWER];
-        return rampColour(ramp, (city.*ramp.field)[index]);
-    }
+    if (const OverlayRamp* ramp = overlayRamp(overlayMode))
+        return rampColour(*ramp, (city.*ramp->field)[index]);
     const Cell& cell = city.cells[index];
     // No two neighbours are equal.
     const float j = (hash01(static_cast<uint32_t>(x), static_cast<uint32_t>(y), 11) - 0.5f) * 0.07f;
@@ -148,9 +159,7 @@ static void computeCorners(ChunkGround& chunk, const City& city) {
         for (int column = 0; column < CORNER_ROW; column++) {
             const int x = chunk.firstX + column;
             const int y = chunk.firstY + row;
-            const Vec3 position = {CELL_WIDTH * static_cast<float>(x), city.heights[cornerIndex(x, y)],
-                                   CELL_WIDTH * static_cast<float>(y)};
-            chunk.corners[row][column] = {position, terrainNormal(city, x, y),
+            chunk.corners[row][column] = {cornerPosition(city, x, y), terrainNormal(city, x, y),
                                           cornerColour(chunk, column, row)};
         }
 }
@@ -186,8 +195,40 @@ void buildTerrainChunk(MeshBuilder& builder, const City& city, int overlayMode, 
         for (int column = 0; column < CHUNK_SIZE; column++) addCell(builder, chunk, column, row);
 }
 
+// What cellColour makes a cell's colour from, besides its place, the season and the overlay itself.
+static uint32_t colourSource(const City& city, int overlayMode, int x, int y) {
+    const int index = cellIndex(x, y);
+    if (const OverlayRamp* ramp = overlayRamp(overlayMode))
+        return std::bit_cast<uint32_t>((city.*ramp->field)[index]);
+    const Cell& cell = city.cells[index];
+    if (overlayMode == OVERLAY_TRAFFIC) return cell.terrain;
+    return cell.terrain | uint32_t{cell.zone} << 8 | uint32_t{cell.district} << 16;
+}
+
+// Takes in one cell and one corner more on each side: colours and normals look that far.
+static uint64_t chunkFingerprint(const City& city, int overlayMode, int chunkIndex) {
+    const int x0 = std::max(chunkIndex % CHUNK_ROW * CHUNK_SIZE - 1, 0);
+    const int y0 = std::max(chunkIndex / CHUNK_ROW * CHUNK_SIZE - 1, 0);
+    const int x1 = std::min((chunkIndex % CHUNK_ROW + 1) * CHUNK_SIZE + 1, GRID_SIZE);
+    const int y1 = std::min((chunkIndex / CHUNK_ROW + 1) * CHUNK_SIZE + 1, GRID_SIZE);
+    uint64_t fingerprint = mixFingerprint(FINGERPRINT_START, static_cast<uint32_t>(overlayMode));
+    fingerprint = mixFingerprint(fingerprint, static_cast<uint32_t>(season(city)));
+    for (int y = y0; y < y1; y++)
+        for (int x = x0; x < x1; x++)
+            fingerprint = mixFingerprint(fingerprint, colourSource(city, overlayMode, x, y));
+    for (int y = y0; y <= y1; y++)
+        for (int x = x0; x <= x1; x++)
+            fingerprint = mixFingerprint(fingerprint, city.heights[cornerIndex(x, y)]);
+    return fingerprint;
+}
+
 void buildTerrainChunk(WorldMeshes& meshes, const City& city, int chunkIndex) {
+    Mesh& mesh = meshes.terrainChunks[chunkIndex];
+    const uint64_t fingerprint = chunkFingerprint(city, meshes.overlayMode, chunkIndex);
+    if (fingerprint == mesh.fingerprint) return;
+
     MeshBuilder builder;
     buildTerrainChunk(builder, city, meshes.overlayMode, chunkIndex);
-    uploadMesh(meshes.terrainChunks[chunkIndex], builder, false);
+    uploadMesh(mesh, builder, false);
+    mesh.fingerprint = fingerprint;
 }

@@ -35,4 +35,5 @@ struct WorldMeshes {
     Vec3 hoverColour;
     uint8_t waterBuilt = 0;
     int32_t lastSeason = 0;
+    MeshBuilder streetLifeBuilder; // kept, so that a frame takes nothing from the heap
 };

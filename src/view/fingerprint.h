@@ -1,0 +1,19 @@
+// Fingerprints of what a mesh is made from. The city raises its marks generously, so a mesh may be called
+// stale although nothing that it shows has changed: with an equal fingerprint it is neither built nor
+// uploaded again.
+#pragma once
+
+#include <bit>
+#include <cstdint>
+
+// Never comes out as 0 but by a chance of one in 2^64: 0 stands for a mesh that was never built.
+constexpr uint64_t FINGERPRINT_START = 1;
+
+inline uint64_t mixFingerprint(uint64_t fingerprint, uint32_t value) {
+    fingerprint = (fingerprint ^ value) * 0x9E3779B97F4A7C15u;
+    return fingerprint ^ (fingerprint >> 32);
+}
+
+inline uint64_t mixFingerprint(uint64_t fingerprint, float value) {
+    return mixFingerprint(fingerprint, std::bit_cast<uint32_t>(value));
+}
