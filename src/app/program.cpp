@@ -5,6 +5,7 @@
 #include "app/display.h"
 #include "app/frame.h"
 #include "app/input_events.h"
+#include "app/window_icon.h"
 
 #include <cstdio>
 #include <memory>
@@ -164,6 +165,7 @@ int runProgram(GlLoader loader) {
         return 1;
     }
     applyDisplayMode(window.window, settings);
+    setWindowIcon(window.window);
 
     const auto app = std::make_unique<App>();
     std::string notes;
