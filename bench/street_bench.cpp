@@ -1,6 +1,6 @@
 // What a frame costs on the processor while the player builds: traffic, and the meshes that became stale. The
 // graphics card is a table of functions that copies what it is given, as a driver does, and draws nothing.
-#include "sim/build_tools.h"
+#include "sim/grown_cities.h"
 #include "sim/map_generation.h"
 #include "view/gl.h"
 #include "view/rebuild.h"
@@ -16,49 +16,37 @@
 
 // --- The graphics card
 
-template<typename Function> struct Silent;
-template<typename Result, typename... Arguments> struct Silent<Result(APIENTRY*)(Arguments...)> {
-    static Result APIENTRY call(Arguments...) {
-        if constexpr (!std::is_void_v<Result>) return Result{};
-    }
-};
+template<typename Result, typename... Arguments> static Result APIENTRY doNothing(Arguments...) {
+    if constexpr (!std::is_void_v<Result>) return Result();
+}
 
-static void APIENTRY copyData(GLenum, GLsizeiptr size, const void* data, GLenum) {
+template<typename Result, typename... Arguments> static void silence(Result(APIENTRY*& slot)(Arguments...)) {
+    slot = doNothing<Result, Arguments...>;
+}
+
+static void copyBytes(const void* data, GLsizeiptr size) {
     static std::vector<uint8_t> store;
     store.resize(std::max(store.size(), static_cast<size_t>(size)));
     if (size > 0) std::memcpy(store.data(), data, static_cast<size_t>(size));
 }
 
-static void APIENTRY copySubData(GLenum target, GLintptr, GLsizeiptr size, const void* data) {
-    copyData(target, size, data, 0);
+static void APIENTRY copyData(GLenum, GLsizeiptr size, const void* data, GLenum) { copyBytes(data, size); }
+static void APIENTRY copySubData(GLenum, GLintptr, GLsizeiptr size, const void* data) {
+    copyBytes(data, size);
 }
 
-static void silenceGraphics() {
-#define GL_SILENCE(name) gl.name = Silent<decltype(gl.name)>::call;
-    GL_FUNCTIONS(GL_SILENCE)
-#undef GL_SILENCE
+static void openGraphics() {
+#define SILENCE_FUNCTION(name) silence(gl.name);
+    GL_FUNCTIONS(SILENCE_FUNCTION)
+#undef SILENCE_FUNCTION
     gl.BufferData = copyData;
     gl.BufferSubData = copySubData;
 }
 
 // --- The cities
 
-// A whole map of blocks, every free cell built on. The west keeps its woods.
-static City bigCity() {
-    City city;
-    generateMap(city, 0);
-    city.money = 1e12;
-    for (int y = 0; y < GRID_SIZE; y++)
-        for (int x = 24; x < GRID_SIZE; x++) {
-            if (x % 8 == 0 || y % 3 == 0) {
-                Cell& cell = city.cells[cellIndex(x, y)];
-                cell.road = ROAD_STREET;
-                cell.hasTrees = 0;
-            } else {
-                placeBuilding(city, x, y, KIND_PARK);
-            }
-        }
-    city.cells[cellIndex(24, 24)].busStop = 1;
+static const City& fullMap() {
+    static const City city = bigCity();
     return city;
 }
 
@@ -71,7 +59,7 @@ static StreetLife busyStreets(const City& city) {
 // --- Traffic
 
 static void BM_updateStreetLife(benchmark::State& state) {
-    const City city = bigCity();
+    const City& city = fullMap();
     StreetLife life = busyStreets(city);
     for (auto _ : state) updateStreetLife(life, city, 1.0f / 60.0f, 5000);
     state.counters["vehicles"] = static_cast<double>(life.vehicles.size());
@@ -79,8 +67,8 @@ static void BM_updateStreetLife(benchmark::State& state) {
 BENCHMARK(BM_updateStreetLife)->Unit(benchmark::kMicrosecond);
 
 static void BM_buildStreetLifeMesh(benchmark::State& state) {
-    silenceGraphics();
-    const City city = bigCity();
+    openGraphics();
+    const City& city = fullMap();
     const StreetLife life = busyStreets(city);
     WorldMeshes meshes;
     for (auto _ : state) buildStreetLifeMesh(meshes, city, life);
@@ -91,7 +79,7 @@ BENCHMARK(BM_buildStreetLifeMesh)->Unit(benchmark::kMicrosecond);
 // --- Meshes
 
 static void BM_buildRoadMesh(benchmark::State& state) {
-    const City city = bigCity();
+    const City& city = fullMap();
     for (auto _ : state) {
         MeshBuilder builder;
         buildRoadMesh(builder, city, OVERLAY_NORMAL);
@@ -116,11 +104,11 @@ BENCHMARK(BM_buildTreeMesh)->Unit(benchmark::kMicrosecond);
 // --- Whole updates
 
 struct Updates {
-    City city = bigCity();
+    City city = fullMap();
     WorldMeshes meshes;
 
     Updates() {
-        silenceGraphics();
+        openGraphics();
         updateWorldMeshes(meshes, city);
     }
 };
@@ -148,7 +136,7 @@ BENCHMARK(BM_updateStaleWithoutChange)->Unit(benchmark::kMicrosecond);
 static void BM_updateEverythingChanged(benchmark::State& state) {
     Updates updates;
     for (auto _ : state) {
-        for (float& height : updates.city.heights) height = -height;
+        for (float& height : updates.city.heights) height += 1.0f;
         raiseMarks(updates.city);
         updateWorldMeshes(updates.meshes, updates.city);
     }

@@ -1,7 +1,9 @@
 #include "view/street_life_mesh.h"
 
+#include "allocation_count.h"
 #include "sim/city_helpers.h"
 #include "sim/map_generation.h"
+#include "view/fake_gl.h"
 
 #include <gtest/gtest.h>
 
@@ -216,3 +218,32 @@ TEST(StreetLifeMesh, VehiclesFarOffTheMapAreDrawnWithoutHarm) {
 }
 
 TEST(StreetLifeMesh, EmptyStreetsGiveAnEmptyMesh) { EXPECT_TRUE(meshOf(flatCity(), {}).empty()); }
+
+TEST(StreetLifeMesh, IsUploadedEachFrameIntoTheSameStorage) {
+    FakeGl fake;
+    const City city = flatCity();
+    WorldMeshes meshes;
+    StreetLife life;
+    life.vehicles.assign(3, vehicleTowards({1, 0}));
+    buildStreetLifeMesh(meshes, city, life);
+    EXPECT_EQ(meshes.streetLifeMesh.vertexCount, static_cast<int>(3 * RED_CAR.size() * BOX));
+    life.vehicles.pop_back();
+    fake.calls.clear();
+    buildStreetLifeMesh(meshes, city, life);
+    EXPECT_EQ(callsOf(fake, "BufferSubData").size(), 1u);
+    EXPECT_TRUE(callsOf(fake, "BufferData").empty());
+    EXPECT_EQ(meshes.streetLifeMesh.vertexCount, static_cast<int>(2 * RED_CAR.size() * BOX));
+}
+
+TEST(StreetLifeMesh, ASteadyFrameTakesNothingFromTheHeap) {
+    FakeGl fake;
+    fake.recording = false;
+    const City city = flatCity();
+    WorldMeshes meshes;
+    StreetLife life;
+    life.vehicles.assign(VEHICLE_LIMIT, vehicleTowards({1, 0}));
+    buildStreetLifeMesh(meshes, city, life);
+    const uint64_t before = allocationCount();
+    for (int frame = 0; frame < 10; frame++) buildStreetLifeMesh(meshes, city, life);
+    EXPECT_EQ(allocationCount(), before);
+}
