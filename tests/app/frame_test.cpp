@@ -95,7 +95,8 @@ TEST_F(FrameTest, TheInputIsKeptForTheNextFramesMouseDelta) {
 }
 
 TEST_F(FrameTest, AnyWindowSizeIsSurvived) {
-    for (const auto& [width, height] : {std::pair{0, 0}, {1, 1}, {0, 900}, {1600, 0}, {8000, 300}, {-5, -5}}) {
+    for (const auto& [width, height] :
+         {std::pair{0, 0}, {1, 1}, {0, 900}, {1600, 0}, {8000, 300}, {-5, -5}}) {
         input.drawableWidth = width;
         input.drawableHeight = height;
         EXPECT_TRUE(step(0.01f)) << width << " by " << height;
