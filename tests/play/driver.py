@@ -76,7 +76,7 @@ class Screen:
     def __init__(self, size="1920x1080", window_manager=False):
         read_end, write_end = os.pipe()
         server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", size + "x24", "-nolisten", "tcp"],
+            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", size + "x24", "-nolisten", "tcp", "-noreset"],
             pass_fds=[write_end], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         os.close(write_end)
         with os.fdopen(read_end) as pipe:
@@ -108,9 +108,13 @@ class Game:
                                         stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
         self.in_play = variables.get("OV_DEMO") == "1"  # and not paused
         self.slowest_frame = 0.0  # seconds, of those that a save has measured
-        self.window = self.wait_for_window()
-        self.xdotool("windowfocus", "--sync", self.window)
-        self.wait_for_first_frame()
+        try:
+            self.window = self.wait_for_window()
+            self.xdotool("windowfocus", "--sync", self.window)
+            self.wait_for_first_frame()
+        except BaseException:
+            self.__exit__()
+            raise
 
     def choose(self, size):
         """Writes the setting of the window size, 0 to 2, before the program reads it."""
