@@ -1,6 +1,7 @@
 #include "view/rebuild.h"
 
 #include "sim/calendar.h"
+#include "view/building_mesh.h"
 #include "view/road_mesh.h"
 #include "view/terrain.h"
 #include "view/trees.h"
@@ -59,5 +60,9 @@ void updateWorldMeshes(WorldMeshes& meshes, City& city) {
     if (city.zonesDirty) {
         buildTreeMesh(meshes, city);
         city.zonesDirty = 0;
+    }
+    if (city.buildingsDirty) {
+        buildBuildingMesh(meshes, city);
+        city.buildingsDirty = 0;
     }
 }

@@ -1,6 +1,7 @@
 // The meshes of the city, kept up to date from its dirty marks.
 #pragma once
 
+#include "view/building_mesh_cache.h"
 #include "view/mesh.h"
 
 #include <array>
@@ -35,5 +36,6 @@ struct WorldMeshes {
     Vec3 hoverColour;
     uint8_t waterBuilt = 0;
     int32_t lastSeason = 0;
+    BuildingMeshCache buildingCache; // the vertices of buildingMesh
     MeshBuilder streetLifeBuilder; // kept, so that a frame takes nothing from the heap
 };

@@ -8,6 +8,7 @@
 #include "sim/city_helpers.h"
 #include "sim/map_generation.h"
 #include "sim/networks.h"
+#include "view/building_mesh.h"
 #include "view/fake_gl.h"
 #include "view/road_mesh.h"
 #include "view/terrain.h"
@@ -40,6 +41,7 @@ struct PlainMeshes {
     std::array<MeshBuilder, CHUNK_COUNT> chunks;
     MeshBuilder roads;
     MeshBuilder trees;
+    MeshBuilder buildings;
     int overlayMode = OVERLAY_NORMAL;
     bool overlayChanged = false;
     int lastSeason = 0;
@@ -70,10 +72,11 @@ static void followMarks(PlainMeshes& plain, City& city) {
         plain.trees.clear();
         buildTreeMesh(plain.trees, city);
     }
+    if (city.buildingsDirty) buildBuildingMesh(plain.buildings, city);
     plain.lastSeason = season(city);
     plain.overlayChanged = false;
     std::fill(city.cellDirty.begin(), city.cellDirty.end(), uint8_t{0});
-    city.overlayDirty = city.roadsDirty = city.zonesDirty = 0;
+    city.overlayDirty = city.roadsDirty = city.zonesDirty = city.buildingsDirty = 0;
 }
 
 struct RebuildSkip : testing::Test {
@@ -128,10 +131,13 @@ TEST_F(RebuildSkip, MarksWithoutAChangeUploadNothingAndAreCleared) {
     raiseEveryMark();
     EXPECT_EQ(update(), 0);
     EXPECT_EQ(std::count(city.cellDirty.begin(), city.cellDirty.end(), 0), CELL_COUNT);
-    EXPECT_FALSE(city.overlayDirty || city.roadsDirty || city.zonesDirty);
+    EXPECT_FALSE(city.overlayDirty || city.roadsDirty || city.zonesDirty || city.buildingsDirty);
 }
 
 TEST_F(RebuildSkip, MarksWithoutAChangeTakeNothingFromTheHeap) {
+    city.buildings.resize(3);
+    city.buildingsDirty = 1;
+    update();
     const uint64_t before = allocationCount();
     raiseEveryMark();
     updateWorldMeshes(meshes, city);
@@ -237,6 +243,7 @@ static void playOneMove(Player& player, City& city) {
     switch (player.upTo(10)) {
     case 0:
         for (int i = 0; i < 8; i++) placeRoad(city, x + i, y, 1 + player.upTo(2));
+        placeBusStop(city, x, y);
         break;
     case 1:
         for (int i = 0; i < 20; i++) setZone(city, x + i % 5, y + i / 5, player.upTo(5));
@@ -246,6 +253,7 @@ static void playOneMove(Player& player, City& city) {
         break;
     case 3:
         placeBuilding(city, x, y, 4 + player.upTo(10));
+        for (Building& building : city.buildings) building.progress += 0.25f;
         break;
     case 4:
         for (int i = 0; i < 30; i++) bulldoze(city, x + i % 5, y + i / 5);
@@ -276,7 +284,7 @@ TEST_F(RebuildSkip, EveryMeshShowsWhatFollowingEachMarkWouldShow) {
     City plainCity = city;
     PlainMeshes plain;
     plain.overlayChanged = true;
-    plainCity.roadsDirty = plainCity.zonesDirty = 1;
+    plainCity.roadsDirty = plainCity.zonesDirty = plainCity.buildingsDirty = 1;
     followMarks(plain, plainCity);
     Player player;
     for (int frame = 0; frame < 120; frame++) {
@@ -297,5 +305,6 @@ TEST_F(RebuildSkip, EveryMeshShowsWhatFollowingEachMarkWouldShow) {
             ASSERT_TRUE(shows(meshes.terrainChunks[chunk], plain.chunks[chunk])) << frame << ' ' << chunk;
         ASSERT_TRUE(shows(meshes.roadMesh, plain.roads)) << frame;
         ASSERT_TRUE(shows(meshes.treeMesh, plain.trees)) << frame;
+        ASSERT_TRUE(shows(meshes.buildingMesh, plain.buildings)) << frame;
     }
 }

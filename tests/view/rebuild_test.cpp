@@ -18,6 +18,7 @@ constexpr int WINTER_DAY = 300;
 constexpr int WATER = 36;
 constexpr int ROADS = 37;
 constexpr int TREES = 38;
+constexpr int BUILDINGS = 39;
 
 using Meshes = std::vector<int>;
 
@@ -39,7 +40,10 @@ struct Rebuild : testing::Test {
     WorldMeshes meshes;
     City city;
 
-    Rebuild() { generateMap(city, 0); }
+    Rebuild() {
+        generateMap(city, 0);
+        city.buildings.emplace_back(); // in a corner, to be seen when it is built
+    }
 
     Mesh& mesh(int number) {
         switch (number) {
@@ -49,6 +53,8 @@ struct Rebuild : testing::Test {
             return meshes.roadMesh;
         case TREES:
             return meshes.treeMesh;
+        case BUILDINGS:
+            return meshes.buildingMesh;
         default:
             return meshes.terrainChunks[number];
         }
@@ -56,11 +62,12 @@ struct Rebuild : testing::Test {
 
     // The meshes that this update builds, in its order, be they changed or not.
     Meshes update() {
-        for (int i = 0; i <= TREES; i++) mesh(i).fingerprint = 0;
+        for (int i = 0; i <= BUILDINGS; i++) mesh(i).fingerprint = 0;
+        meshes.buildingCache = {};
         fake.calls.clear();
         updateWorldMeshes(meshes, city);
         std::map<std::string, int> numbers;
-        for (int i = 0; i <= TREES; i++) numbers[glCall("BindVertexArray", mesh(i).vertexArray)] = i;
+        for (int i = 0; i <= BUILDINGS; i++) numbers[glCall("BindVertexArray", mesh(i).vertexArray)] = i;
         Meshes built;
         for (const std::string& call : callsOf(fake, "BindVertexArray"))
             if (numbers.contains(call)) built.push_back(numbers[call]);
@@ -73,12 +80,12 @@ struct Rebuild : testing::Test {
 };
 
 TEST_F(Rebuild, TheFirstUpdateBuildsEverythingInOneOrder) {
-    EXPECT_EQ(update(), theGroundAnd({WATER, ROADS, TREES}));
+    EXPECT_EQ(update(), theGroundAnd({WATER, ROADS, TREES, BUILDINGS}));
     for (const Mesh& chunk : meshes.terrainChunks) EXPECT_EQ(chunk.vertexCount, 1536);
     EXPECT_EQ(meshes.waterMesh.vertexCount, 6);
     EXPECT_GT(meshes.treeMesh.vertexCount, 0);
     EXPECT_FALSE(anyCellDirty());
-    EXPECT_FALSE(city.overlayDirty || city.roadsDirty || city.zonesDirty);
+    EXPECT_FALSE(city.overlayDirty || city.roadsDirty || city.zonesDirty || city.buildingsDirty);
 }
 
 TEST_F(Rebuild, AnUpdateWithNothingStaleMakesNoCallAndTakesNothingFromTheHeap) {
@@ -115,7 +122,8 @@ TEST_F(Rebuild, AnyNonZeroMarkCounts) {
     EXPECT_EQ(update(), Meshes{35});
     city.roadsDirty = 0x80;
     city.zonesDirty = 0x80;
-    EXPECT_EQ(update(), (Meshes{ROADS, TREES}));
+    city.buildingsDirty = 0x80;
+    EXPECT_EQ(update(), (Meshes{ROADS, TREES, BUILDINGS}));
 }
 
 TEST_F(Rebuild, StaleRoadsRebuildTheRoadsAlone) {
@@ -130,6 +138,13 @@ TEST_F(Rebuild, StaleZonesRebuildTheTreesAlone) {
     city.zonesDirty = 1;
     EXPECT_EQ(update(), Meshes{TREES});
     EXPECT_EQ(city.zonesDirty, 0);
+}
+
+TEST_F(Rebuild, StaleBuildingsRebuildTheBuildingsAlone) {
+    update();
+    city.buildingsDirty = 1;
+    EXPECT_EQ(update(), Meshes{BUILDINGS});
+    EXPECT_EQ(city.buildingsDirty, 0);
 }
 
 TEST_F(Rebuild, StaleNumbersRebuildGroundAndRoadsOnce) {
@@ -185,7 +200,8 @@ TEST_F(Rebuild, AnOverlayThatDoesNotExistChangesNothing) {
 TEST_F(Rebuild, ANewGameRebuildsEverythingButTheWater) {
     update();
     generateMap(city, 77);
-    EXPECT_EQ(update(), theGroundAnd({ROADS, TREES}));
+    city.buildings.emplace_back();
+    EXPECT_EQ(update(), theGroundAnd({ROADS, TREES, BUILDINGS}));
     EXPECT_EQ(update(), Meshes{});
 }
 
