@@ -16,7 +16,7 @@ static bool canBeRead(const std::string& path) {
 static std::string programFolder() {
     char* base = SDL_GetBasePath();
     if (!base) return "./";
-    const std::string folder = base;
+    std::string folder = base;
     SDL_free(base);
     return folder;
 }

@@ -130,7 +130,7 @@ static void runLoop(App& app, Capture& capture, SDL_Window* window) {
 static std::string preferenceFolder() {
     char* path = SDL_GetPrefPath(PROGRAM_NAME, PROGRAM_NAME);
     if (!path) return "./";
-    const std::string folder = path;
+    std::string folder = path;
     SDL_free(path);
     return folder;
 }

@@ -88,6 +88,7 @@ bool updateBuildingMeshCache(BuildingMeshCache& cache, const City& city) {
     assembleMesh(cache.vertices, redrawn, pieces);
 
     cache.looks.swap(looks);
+    looks.reserve(cache.looks.capacity()); // so that a day without visible change takes nothing from the heap
     cache.vertexCounts.clear();
     for (const Piece& piece : pieces) cache.vertexCounts.push_back(static_cast<uint32_t>(piece.count));
     return true;
