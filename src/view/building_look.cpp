@@ -9,8 +9,9 @@
 #include "view/models_utilities.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <bitset>
-#include <cstring>
 
 using AddModel = void (*)(MeshBuilder& builder, const Lot& lot);
 
@@ -57,7 +58,8 @@ static BuildingModel modelOf(const BuildingLook& look) {
 }
 
 bool isSameLook(const BuildingLook& a, const BuildingLook& b) {
-    return std::memcmp(&a, &b, sizeof(BuildingLook)) == 0;
+    using Bytes = std::array<uint8_t, sizeof(BuildingLook)>; // so that a look that holds NaN equals itself
+    return std::bit_cast<Bytes>(a) == std::bit_cast<Bytes>(b);
 }
 
 void collectBuildingLooks(std::vector<BuildingLook>& looks, const City& city) {

@@ -11,7 +11,8 @@ struct OldVertices {
 
 // At most one bus stop and one building stand on a cell.
 static size_t placeIndex(const BuildingLook& look) {
-    return static_cast<size_t>(cellIndex(look.x, look.y) + (look.isBusStop ? CELL_COUNT : 0));
+    const int cell = cellIndex(look.x, look.y);
+    return static_cast<size_t>(look.isBusStop ? cell + CELL_COUNT : cell);
 }
 
 static std::vector<OldVertices> indexOldVertices(const BuildingMeshCache& cache) {

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-static const Vec3 CRANE_YELLOW = {0.95f, 0.80f, 0.15f};
+constexpr Vec3 CRANE_YELLOW = {0.95f, 0.80f, 0.15f};
 
 // Four thin boxes around the core, their upper edge at `top`.
 static void addFloorRing(MeshBuilder& builder, float halfX, float halfZ, float top) {
@@ -25,7 +25,8 @@ static void addCore(MeshBuilder& builder, float halfX, float halfZ, float finalH
             addPost(builder, {x, coreTop, z}, coreTop + 1.1f, 0.16f, STEEL_GREY);
 
     const float floorHeight = std::max(finalHeight * 0.125f, 3.2f);
-    for (float y = floorHeight; y < coreTop - 0.6f; y += floorHeight) addFloorRing(builder, halfX, halfZ, y);
+    for (int floor = 1; static_cast<float>(floor) * floorHeight < coreTop - 0.6f; floor++)
+        addFloorRing(builder, halfX, halfZ, static_cast<float>(floor) * floorHeight);
     addFloorRing(builder, halfX, halfZ, coreTop);
 }
 
@@ -50,7 +51,8 @@ static void addMast(MeshBuilder& builder, float top) {
 
     // No real mast needs more than 32 sections, but that of a damaged save may be 1500 high.
     const float section = std::max(4.0f, top / 32.0f);
-    for (float bottom = 0.0f; bottom < top; bottom += section) {
+    for (int index = 0; static_cast<float>(index) * section < top; index++) {
+        const float bottom = static_cast<float>(index) * section;
         const Vec3 low = {0.0f, bottom, 0.0f};
         const Vec3 high = {0.0f, std::min(bottom + section, top), 0.0f};
         for (int side = 0; side < 4; side++) {

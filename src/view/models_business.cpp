@@ -48,7 +48,7 @@ void addShop(MeshBuilder& builder, const Lot& lot) {
     if (lot.level > 2) addShopRoofSign(builder, hx, hz, roof, signColour);
 }
 
-static const Vec3 MULLION = {0.78f, 0.80f, 0.84f};
+constexpr Vec3 MULLION = {0.78f, 0.80f, 0.84f};
 
 // A glass shaft around the centre with its mullions.
 static void addShaft(MeshBuilder& builder, const Lot& lot, float scale, float bottom, float top,

@@ -1,6 +1,6 @@
 #include "view/models_services.h"
 
-static const Vec3 DARK_DOOR = {0.18f, 0.19f, 0.21f};
+constexpr Vec3 DARK_DOOR = {0.18f, 0.19f, 0.21f};
 
 static void addPoliceRoof(MeshBuilder& builder, float hx, float hz, float roof) {
     addPlainBox(builder, {-hx + 0.1f, roof, -hz + 0.1f}, {hx - 0.1f, roof + 0.3f, hz - 0.1f},
