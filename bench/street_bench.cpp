@@ -1,5 +1,6 @@
 // What a frame costs on the processor while the player builds: traffic, and the meshes that became stale. The
 // graphics card is a table of functions that copies what it is given, as a driver does, and draws nothing.
+#include "sim/build_tools.h"
 #include "sim/grown_cities.h"
 #include "sim/map_generation.h"
 #include "view/gl.h"
@@ -159,11 +160,11 @@ static void BM_updateOneZone(benchmark::State& state) {
 }
 BENCHMARK(BM_updateOneZone)->Unit(benchmark::kMicrosecond);
 
-// A frame of a street drag through the woods and its zones, without the rules: one cell laid or taken away.
-static void BM_frameOfAStreetDrag(benchmark::State& state) {
+// A street cell through woods and zones: chunk, roads and trees change at once.
+static void BM_updateStreetThroughTheWoods(benchmark::State& state) {
     Updates updates;
     City& city = updates.city;
-    StreetLife life = busyStreets(city);
+    generateMap(city, 0);
     Cell& cell = city.cells[cellIndex(16, 16)];
     for (auto _ : state) {
         cell.road ^= ROAD_STREET;
@@ -171,6 +172,26 @@ static void BM_frameOfAStreetDrag(benchmark::State& state) {
         cell.zone = cell.road == ROAD_NONE ? ZONE_RESIDENTIAL : ZONE_NONE;
         markCellDirty(city, 16, 16);
         raiseMarks(city);
+        updateWorldMeshes(updates.meshes, city);
+    }
+}
+BENCHMARK(BM_updateStreetThroughTheWoods)->Unit(benchmark::kMicrosecond);
+
+// The tool, the networks, the traffic and the meshes, with a street cell laid or taken away each frame.
+static void BM_frameOfAStreetDrag(benchmark::State& state) {
+    Updates updates;
+    City& city = updates.city;
+    StreetLife life = busyStreets(city);
+    const auto street = std::find_if(city.cells.begin(), city.cells.end(), [](const Cell& cell) {
+        return cell.road == ROAD_STREET && !cell.busStop;
+    });
+    const int index = static_cast<int>(street - city.cells.begin());
+    const int x = index % GRID_SIZE;
+    const int y = index / GRID_SIZE;
+    city.money = 1e12;
+    for (auto _ : state) {
+        const bool changed = street->road ? bulldoze(city, x, y) : placeRoad(city, x, y, ROAD_STREET);
+        if (!changed) state.SkipWithError("the tool refused");
         updateStreetLife(life, city, 1.0f / 60.0f, 5000);
         updateWorldMeshes(updates.meshes, city);
         buildStreetLifeMesh(updates.meshes, city, life);
