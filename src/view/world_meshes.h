@@ -37,5 +37,5 @@ struct WorldMeshes {
     uint8_t waterBuilt = 0;
     int32_t lastSeason = 0;
     BuildingMeshCache buildingCache; // the vertices of buildingMesh
-    MeshBuilder streetLifeBuilder; // kept, so that a frame takes nothing from the heap
+    MeshBuilder streetLifeBuilder;   // kept, so that a frame takes nothing from the heap
 };
