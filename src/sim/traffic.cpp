@@ -6,6 +6,7 @@
 #include "sim/road_network.h"
 
 #include <algorithm>
+#include <cmath>
 
 static constexpr int BUS_STOP_REACH = 5; // cells to each side of the home
 static constexpr float BUS_SHARE = 0.45f;
@@ -97,6 +98,8 @@ static int drawCommutes(City& city, int samples, bool hasDepot) {
     const TrafficMemory& memory = city.trafficMemory;
     const double commuters = static_cast<double>(totalOf(memory.homes));
     const int64_t jobs = totalOf(memory.jobs);
+    if (jobs < 1) return 0;
+
     int riders = 0;
     for (int s = 0; s < samples; s++) {
         const int home = pick(memory.homes, static_cast<int64_t>((s + 0.5) * commuters / samples));
@@ -193,7 +196,7 @@ void updateTraffic(City& city) {
         const int samples = static_cast<int>(std::min<int64_t>(commuters, COMMUTE_SAMPLES));
         const double scale = static_cast<double>(commuters) / samples;
         const int riders = drawCommutes(city, samples, hasDepot);
-        city.transitRiders = saturated(static_cast<int64_t>(riders * scale + 0.5));
+        city.transitRiders = saturated(static_cast<int64_t>(std::floor(riders * scale + 0.5)));
         addCommutes(city, scale);
         addTrucks(city);
     }
