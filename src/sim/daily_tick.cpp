@@ -11,7 +11,7 @@
 #include "sim/services.h"
 #include "sim/traffic.h"
 
-constexpr int BANKRUPTCY_DAYS = 10;
+static constexpr int BANKRUPTCY_DAYS = 10;
 
 static bool standsStill(const City& city) {
     return city.bankrupt || (city.allMissionsDone && !city.keepPlaying);

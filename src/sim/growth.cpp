@@ -7,11 +7,11 @@
 
 #include <algorithm>
 
-constexpr int CONDEMNED_UNSERVED_DAYS = 8;
-constexpr int CONDEMNED_UNHAPPY_DAYS = 30;
+static constexpr int CONDEMNED_UNSERVED_DAYS = 8;
+static constexpr int CONDEMNED_UNHAPPY_DAYS = 30;
 
 // Indexed like City::demand.
-constexpr float MINIMUM_LAND_VALUE[4] = {0.28f, 0.30f, 0.36f, 0.22f};
+static constexpr float MINIMUM_LAND_VALUE[4] = {0.28f, 0.30f, 0.36f, 0.22f};
 
 static uint32_t bits(int32_t value) { return static_cast<uint32_t>(value); }
 

@@ -5,10 +5,10 @@
 
 #include <algorithm>
 
-constexpr float EDUCATED_COVERAGE = 0.3f;
-constexpr float UNHAPPY_BELOW = 8.0f;
-constexpr float CONTENT_FROM = 35.0f;
-constexpr float MOVING_OUT_BELOW = 20.0f;
+static constexpr float EDUCATED_COVERAGE = 0.3f;
+static constexpr float UNHAPPY_BELOW = 8.0f;
+static constexpr float CONTENT_FROM = 35.0f;
+static constexpr float MOVING_OUT_BELOW = 20.0f;
 
 static void clearEconomy(City& city) {
     city.educatedShare = 0.0f;

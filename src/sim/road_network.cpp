@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <bit>
 #include <cassert>
-#include <cstdlib>
 
 // Steps away from the target that a way may take before the search gives up following its nose.
 static constexpr int MAX_DETOURS = 8;
@@ -108,6 +107,7 @@ static int followNose(RoadNetwork& network, Nose& nose, int from, int detours) {
         network.reached[cell] = static_cast<uint16_t>(network.mark + detours);
         const int towards = (dx > 0) | (dx < 0) << 1 | (dy > 0) << 2 | (dy < 0) << 3;
         const int exits = network.exits[cell];
+        assert(length < LONGEST_NOSE_WAY);
         Place* place = &nose.places[length++];
         *place = {static_cast<uint16_t>(cell),   static_cast<int8_t>(dx),
                   static_cast<int8_t>(dy),       static_cast<uint8_t>(detours > 0 ? exits : exits & towards),
@@ -148,7 +148,7 @@ static void searchBreadthFirst(RoadNetwork& network, int from, int to) {
     }
 }
 
-// Moves `mark` beyond every mark that `searches` with up to `detours` have left.
+// A search marks cells with `mark` and the MAX_DETOURS numbers above it; this one begins above the last.
 static void startSearch(RoadNetwork& network) {
     constexpr int STEP = MAX_DETOURS + 1;
     if (network.mark > UINT16_MAX - 2 * STEP) {

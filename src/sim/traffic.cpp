@@ -63,15 +63,15 @@ static bool collectCommuters(City& city) {
 }
 
 static void markNearBusStops(City& city) {
-    PerCell<uint8_t>& near = city.trafficMemory.nearBusStop;
-    std::fill(near.begin(), near.end(), uint8_t{0});
+    PerCell<uint8_t>& marks = city.trafficMemory.nearBusStop;
+    std::fill(marks.begin(), marks.end(), uint8_t{0});
     for (int i = 0; i < CELL_COUNT; i++) {
         if (!city.cells[i].busStop) continue;
         const int x0 = std::max(i % GRID_SIZE - BUS_STOP_REACH, 0);
         const int x1 = std::min(i % GRID_SIZE + BUS_STOP_REACH, GRID_SIZE - 1);
         const int y0 = std::max(i / GRID_SIZE - BUS_STOP_REACH, 0);
         const int y1 = std::min(i / GRID_SIZE + BUS_STOP_REACH, GRID_SIZE - 1);
-        for (int y = y0; y <= y1; y++) std::fill_n(&near[cellIndex(x0, y)], x1 - x0 + 1, uint8_t{1});
+        for (int y = y0; y <= y1; y++) std::fill_n(&marks[cellIndex(x0, y)], x1 - x0 + 1, uint8_t{1});
     }
 }
 
@@ -82,15 +82,14 @@ static bool takesBus(const City& city, const Building& home, int sample) {
     return hashUnit(static_cast<uint32_t>(sample), static_cast<uint32_t>(city.day), city.seed + 3) < share;
 }
 
-static bool driveToWork(City& city, int homeIndex, int jobIndex) {
+static void driveToWork(City& city, int homeIndex, int jobIndex) {
     TrafficMemory& memory = city.trafficMemory;
     const Building& home = city.buildings[homeIndex];
     const Building& job = city.buildings[jobIndex];
     const int from = roadBeside(memory.network, home.x, home.y);
     const int to = roadBeside(memory.network, job.x, job.y);
-    if (from < 0 || to < 0 || !findWay(memory.network, from, to, memory.wayCells)) return false;
+    if (from < 0 || to < 0 || !findWay(memory.network, from, to, memory.wayCells)) return;
     memory.ways.push_back({homeIndex, static_cast<uint32_t>(memory.wayCells.size())});
-    return true;
 }
 
 // Sends every sample to work by bus or by car. Answers how many ride the bus.

@@ -2,6 +2,7 @@
 #include "sim/plain_rules.h"
 
 #include "sim/city_helpers.h"
+#include "sim/daily_tick.h"
 #include "sim/grown_cities.h"
 #include "sim/growth.h"
 #include "sim/map_generation.h"
@@ -59,6 +60,17 @@ TEST(FastPasses, EqualThePlainOnesInAGrownTown) {
     }
     city.districtPolicy.fill(POLICY_SMOKE_FREE);
     expectSamePasses(city, "smoke free");
+}
+
+TEST(FastPasses, EqualThePlainOnesDayByDay) {
+    City city = gridCity(3, 3, 0);
+    City plainCity = city;
+    for (int day = 1; day <= 150; day++) {
+        dailyTick(city);
+        plain::dailyTick(plainCity);
+        ASSERT_EQ(cityHashes(city), cityHashes(plainCity)) << "day " << day;
+    }
+    EXPECT_GT(city.population, 3000);
 }
 
 TEST(FastPasses, EqualThePlainOnesAfterEveryUseOfATool) {
