@@ -6,6 +6,7 @@
 #include "audio/audio_engine.h"
 #include "maintenance/update.h"
 #include "sim/city.h"
+#include "ui/ui_batch.h"
 #include "view/camera.h"
 #include "view/renderer.h"
 #include "view/street_life.h"
@@ -50,6 +51,11 @@ struct App {
     Camera camera;
     StreetLife streetLife;
     AudioEngine audio;
+    FontSystem fonts;
+    Ui ui;
+    GLuint logoTexture = 0;
+    int32_t logoWidth = 0; // pixels
+    int32_t logoHeight = 0;
 
     bool initialised = false;
     Screen screen = SCREEN_LAUNCHER;
@@ -100,6 +106,9 @@ struct App {
 // is missing and can be done without.
 bool appInit(App& app, const std::string& prefPath, std::string& error);
 void appShutdown(App& app);
+
+// The player's choice of a language, 0 to LANGUAGE_COUNT - 1: all texts change at once.
+void chooseLanguage(App& app, int language);
 
 // True when the pointer stands on the interface, so that the tools must ignore it.
 bool pointerOverHud(const App& app, const Input& input);

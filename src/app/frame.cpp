@@ -80,6 +80,8 @@ bool stepFrame(App& app, const Input& input, float dt) {
     }
     stepScreen(app, input, dt);
     drawPicture(app, input);
+    uiBeginFrame(app.ui, input.drawableWidth, input.drawableHeight, input);
+    uiFlush(app.ui);
 
     app.camera.previousInput = input;
     return !app.quitRequested;
