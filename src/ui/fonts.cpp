@@ -2,6 +2,7 @@
 
 #include "ui/shape_text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <span>
 
@@ -101,7 +102,16 @@ bool fontsInit(FontSystem& fonts, std::string* log) {
     return false;
 }
 
+static void forgetMeasures(FontSystem& fonts) {
+    fonts.widths.clear();
+    fonts.fittedSizes.clear();
+    fonts.paragraphs.clear();
+    fonts.measuredBytes = 0;
+}
+
+// With the fonts goes what was measured in them.
 static void closeSizedFonts(FontSystem& fonts) {
+    forgetMeasures(fonts);
     for (const auto& [key, font] : fonts.sizedFonts)
         if (font) TTF_CloseFont(font);
     fonts.sizedFonts.clear();
@@ -128,21 +138,63 @@ void fontsClearRuns(FontSystem& fonts) {
     fonts.runCache.clear();
 }
 
+static TTF_Font* openSized(const std::string& path, int size) {
+    // The text library takes sizes below 1 for 1; and each open font holds a file, of which a process may
+    // have some 1,000.
+    if (size < 1 || size > LARGEST_FONT_SIZE) return nullptr;
+    return TTF_OpenFont(path.c_str(), size);
+}
+
 TTF_Font* fontAt(FontSystem& fonts, int size, bool bold) {
-    const int32_t key = size * 2 + (bold ? 1 : 0);
+    // Sizes beyond the font's are all the same, and so are kept once: the key of a wild size would overflow.
+    const int32_t key = std::clamp(size, 0, LARGEST_FONT_SIZE + 1) * 2 + (bold ? 1 : 0);
     const auto found = fonts.sizedFonts.find(key);
     if (found != fonts.sizedFonts.end()) return found->second;
-    TTF_Font* font = TTF_OpenFont((bold ? fonts.boldPath : fonts.regularPath).c_str(), size);
+    TTF_Font* font = openSized(bold ? fonts.boldPath : fonts.regularPath, size);
     fonts.sizedFonts[key] = font; // null too, so that a size that fails is not tried in every frame
     return font;
 }
 
-int fontsMeasure(FontSystem& fonts, const char* text, int size, bool bold) {
+void appendNumber(std::string& text, long long number) {
+    char digits[24];
+    text.append(digits, std::to_chars(digits, digits + sizeof digits, number).ptr);
+}
+
+std::string& fontsKey(FontSystem& fonts, int size, bool bold) {
+    fonts.key.clear();
+    appendNumber(fonts.key, size);
+    fonts.key += bold ? "b|" : "|";
+    return fonts.key;
+}
+
+void fontsMakeRoom(FontSystem& fonts, size_t bytes) {
+    constexpr size_t MOST_BYTES = 4u << 20; // the texts of a day of play; a text of 100 kB is still kept
+    constexpr size_t ENTRY_BYTES = 100;     // besides its texts
+    if (fonts.measuredBytes + bytes > MOST_BYTES) forgetMeasures(fonts);
+    fonts.measuredBytes += bytes + ENTRY_BYTES;
+}
+
+int fontsMeasureAnew(FontSystem& fonts, const char* text, int size, bool bold) {
     if (!*text || fonts.regularPath.empty()) return 0;
     TTF_Font* font = fontAt(fonts, size, bold);
     if (!font) return 0;
     int width = 0;
-    if (TTF_SizeUTF8(font, shapeText(text, fonts.shapeMode).c_str(), &width, nullptr) != 0) return 0;
+    const int failed = fonts.shapeMode == SHAPE_NONE
+                           ? TTF_SizeUTF8(font, text, &width, nullptr)
+                           : TTF_SizeUTF8(font, shapeText(text, fonts.shapeMode).c_str(), &width, nullptr);
+    return failed ? 0 : width;
+}
+
+int fontsMeasure(FontSystem& fonts, const char* text, int size, bool bold) {
+    if (!*text || fonts.regularPath.empty()) return 0;
+    std::string& key = fontsKey(fonts, size, bold);
+    key += text;
+    const auto found = fonts.widths.find(key);
+    if (found != fonts.widths.end()) return found->second;
+
+    const int width = fontsMeasureAnew(fonts, text, size, bold);
+    fontsMakeRoom(fonts, key.size());
+    fonts.widths.emplace(key, width);
     return width;
 }
 
@@ -151,24 +203,24 @@ int fontsLineSkip(FontSystem& fonts, int size, bool bold) {
     return font ? TTF_FontLineSkip(font) : size;
 }
 
-static void appendNumber(std::string& text, long long number) {
-    char digits[24];
-    text.append(digits, std::to_chars(digits, digits + sizeof digits, number).ptr);
-}
-
-static GLuint uploadRun(const SDL_Surface& surface) {
-    GLuint texture = 0;
-    gl.GenTextures(1, &texture);
-    gl.BindTexture(GL_TEXTURE_2D, texture);
+// Bytes R, G, B, A, row by row.
+static TextRun uploadRun(const SDL_Surface& surface) {
+    // A wider texture is refused by common cards. What is cut here lies beyond every screen.
+    constexpr int WIDEST_RUN = 8192;
+    TextRun run = {0, std::min(surface.w, WIDEST_RUN), surface.h};
+    gl.GenTextures(1, &run.texture);
+    gl.BindTexture(GL_TEXTURE_2D, run.texture);
     gl.PixelStorei(GL_UNPACK_ALIGNMENT, 1);
-    gl.TexImage2D(GL_TEXTURE_2D, 0, GL_RGBA8, surface.w, surface.h, 0, GL_RGBA, GL_UNSIGNED_BYTE,
+    if (surface.w > run.width) gl.PixelStorei(GL_UNPACK_ROW_LENGTH, surface.w);
+    gl.TexImage2D(GL_TEXTURE_2D, 0, GL_RGBA8, run.width, run.height, 0, GL_RGBA, GL_UNSIGNED_BYTE,
                   surface.pixels);
+    if (surface.w > run.width) gl.PixelStorei(GL_UNPACK_ROW_LENGTH, 0);
     gl.TexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
     gl.TexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
     gl.TexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
     gl.TexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
     gl.BindTexture(GL_TEXTURE_2D, 0);
-    return texture;
+    return run;
 }
 
 static TextRun renderRun(FontSystem& fonts, const char* text, int size, uint32_t color, bool bold) {
@@ -182,7 +234,7 @@ static TextRun renderRun(FontSystem& fonts, const char* text, int size, uint32_t
     SDL_Surface* surface = SDL_ConvertSurfaceFormat(rendered, SDL_PIXELFORMAT_RGBA32, 0);
     SDL_FreeSurface(rendered);
     if (!surface) return {};
-    const TextRun run = {uploadRun(*surface), surface->w, surface->h};
+    const TextRun run = uploadRun(*surface);
     SDL_FreeSurface(surface);
     return run;
 }
@@ -190,10 +242,7 @@ static TextRun renderRun(FontSystem& fonts, const char* text, int size, uint32_t
 TextRun fontsRenderRun(FontSystem& fonts, const char* text, int size, uint32_t color, bool bold) {
     if (!*text || fonts.regularPath.empty()) return {};
 
-    std::string& key = fonts.runKey;
-    key.clear();
-    appendNumber(key, size);
-    key += bold ? "b|" : "|";
+    std::string& key = fontsKey(fonts, size, bold);
     appendNumber(key, color);
     key += '|';
     key += text;
