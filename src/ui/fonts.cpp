@@ -1,5 +1,6 @@
 #include "ui/fonts.h"
 
+#include "ui/latin_text.h"
 #include "ui/shape_text.h"
 
 #include <algorithm>
@@ -71,22 +72,34 @@ static bool opens(const char* path) {
     return font != nullptr;
 }
 
-static bool pickFont(FontSystem& fonts, std::span<const FontFiles> candidates) {
+// The first regular font that opens, and its partner or itself.
+static bool pickFont(std::span<const FontFiles> candidates, std::string& regularPath, std::string& boldPath) {
     for (const FontFiles& files : candidates) {
         if (!opens(files.regular)) continue;
-        fonts.regularPath = files.regular;
-        fonts.boldPath = opens(files.bold) ? files.bold : files.regular;
+        regularPath = files.regular;
+        boldPath = opens(files.bold) ? files.bold : files.regular;
         return true;
     }
     return false;
 }
 
+static bool lacksLatin(const std::string& path) {
+    TTF_Font* font = TTF_OpenFont(path.c_str(), 16);
+    if (!font) return false;
+    const bool lacks = !hasLatinLetters(font);
+    TTF_CloseFont(font);
+    return lacks;
+}
+
 static void selectFonts(FontSystem& fonts, int language, std::string* log) {
     fonts.shapeMode = language == ARABIC ? SHAPE_ARABIC : language == HINDI ? SHAPE_DEVANAGARI : SHAPE_NONE;
-    fonts.regularPath.clear();
-    fonts.boldPath.clear();
-    if (!pickFont(fonts, fontsOf(language)) && pickFont(fonts, DEFAULT_FONTS) && log)
+    for (std::string* path : {&fonts.regularPath, &fonts.boldPath, &fonts.latinPath, &fonts.latinBoldPath})
+        path->clear();
+    if (pickFont(fontsOf(language), fonts.regularPath, fonts.boldPath)) {
+        if (lacksLatin(fonts.regularPath)) pickFont(DEFAULT_FONTS, fonts.latinPath, fonts.latinBoldPath);
+    } else if (pickFont(DEFAULT_FONTS, fonts.regularPath, fonts.boldPath) && log) {
         *log += "No font for this language, using " + fonts.regularPath + "\n";
+    }
     fonts.language = static_cast<uint8_t>(language);
 }
 
@@ -112,9 +125,11 @@ static void forgetMeasures(FontSystem& fonts) {
 // With the fonts goes what was measured in them.
 static void closeSizedFonts(FontSystem& fonts) {
     forgetMeasures(fonts);
-    for (const auto& [key, font] : fonts.sizedFonts)
-        if (font) TTF_CloseFont(font);
-    fonts.sizedFonts.clear();
+    for (auto* sizes : {&fonts.sizedFonts, &fonts.latinFonts}) {
+        for (const auto& [key, font] : *sizes)
+            if (font) TTF_CloseFont(font);
+        sizes->clear();
+    }
 }
 
 void fontsShutdown(FontSystem& fonts) {
@@ -124,6 +139,8 @@ void fontsShutdown(FontSystem& fonts) {
     fonts.ttfReady = 0;
     fonts.regularPath.clear();
     fonts.boldPath.clear();
+    fonts.latinPath.clear();
+    fonts.latinBoldPath.clear();
 }
 
 void fontsSetLanguage(FontSystem& fonts, int language) {
@@ -145,14 +162,25 @@ static TTF_Font* openSized(const std::string& path, int size) {
     return TTF_OpenFont(path.c_str(), size);
 }
 
-TTF_Font* fontAt(FontSystem& fonts, int size, bool bold) {
-    // Sizes beyond the font's are all the same, and so are kept once: the key of a wild size would overflow.
+static TTF_Font* sizedFont(std::map<int32_t, TTF_Font*>& sizes, const std::string& path, int size,
+                           bool bold) {
+    // The sizes that do not open are kept as two, since the key of a wild one would overflow.
     const int32_t key = std::clamp(size, 0, LARGEST_FONT_SIZE + 1) * 2 + (bold ? 1 : 0);
-    const auto found = fonts.sizedFonts.find(key);
-    if (found != fonts.sizedFonts.end()) return found->second;
-    TTF_Font* font = openSized(bold ? fonts.boldPath : fonts.regularPath, size);
-    fonts.sizedFonts[key] = font; // null too, so that a size that fails is not tried in every frame
+    const auto found = sizes.find(key);
+    if (found != sizes.end()) return found->second;
+    TTF_Font* font = openSized(path, size);
+    sizes[key] = font; // null too, so that a size that fails is not tried in every frame
     return font;
+}
+
+TTF_Font* fontAt(FontSystem& fonts, int size, bool bold) {
+    return sizedFont(fonts.sizedFonts, bold ? fonts.boldPath : fonts.regularPath, size, bold);
+}
+
+// Null where the language's font has Latin letters.
+static TTF_Font* latinFontAt(FontSystem& fonts, int size, bool bold) {
+    if (fonts.latinPath.empty()) return nullptr;
+    return sizedFont(fonts.latinFonts, bold ? fonts.latinBoldPath : fonts.latinPath, size, bold);
 }
 
 void appendNumber(std::string& text, long long number) {
@@ -178,11 +206,11 @@ int fontsMeasureAnew(FontSystem& fonts, const char* text, int size, bool bold) {
     if (!*text || fonts.regularPath.empty()) return 0;
     TTF_Font* font = fontAt(fonts, size, bold);
     if (!font) return 0;
+    const std::string shaped = shapeText(text, fonts.shapeMode);
+    if (TTF_Font* latinFont = latinFontAt(fonts, size, bold))
+        return measureMixedText(font, latinFont, shaped);
     int width = 0;
-    const int failed = fonts.shapeMode == SHAPE_NONE
-                           ? TTF_SizeUTF8(font, text, &width, nullptr)
-                           : TTF_SizeUTF8(font, shapeText(text, fonts.shapeMode).c_str(), &width, nullptr);
-    return failed ? 0 : width;
+    return TTF_SizeUTF8(font, shaped.c_str(), &width, nullptr) == 0 ? width : 0;
 }
 
 int fontsMeasure(FontSystem& fonts, const char* text, int size, bool bold) {
@@ -228,8 +256,10 @@ static TextRun renderRun(FontSystem& fonts, const char* text, int size, uint32_t
     if (!font) return {};
     const SDL_Color colorBytes = {static_cast<uint8_t>(color >> 24), static_cast<uint8_t>(color >> 16),
                                   static_cast<uint8_t>(color >> 8), static_cast<uint8_t>(color)};
-    SDL_Surface* rendered =
-        TTF_RenderUTF8_Blended(font, shapeText(text, fonts.shapeMode).c_str(), colorBytes);
+    const std::string shaped = shapeText(text, fonts.shapeMode);
+    TTF_Font* latinFont = latinFontAt(fonts, size, bold);
+    SDL_Surface* rendered = latinFont ? renderMixedText(font, latinFont, shaped, colorBytes)
+                                      : TTF_RenderUTF8_Blended(font, shaped.c_str(), colorBytes);
     if (!rendered) return {};
     SDL_Surface* surface = SDL_ConvertSurfaceFormat(rendered, SDL_PIXELFORMAT_RGBA32, 0);
     SDL_FreeSurface(rendered);

@@ -24,7 +24,10 @@ struct FontSystem {
     uint8_t shapeMode = 0;   // ShapeMode
     std::string regularPath; // empty: there is no font, and nothing is measured or drawn
     std::string boldPath;
+    std::string latinPath; // of the Latin words, where the language's font has no Latin letters; else empty
+    std::string latinBoldPath;
     std::map<int32_t, TTF_Font*> sizedFonts; // by size * 2 + bold; null for a size that does not open
+    std::map<int32_t, TTF_Font*> latinFonts; // the same of the Latin words
     std::unordered_map<std::string, TextRun> runCache;
     uint8_t ttfReady = 0;
 
