@@ -1,8 +1,9 @@
 // Whether the update server has another build than this one.
 #pragma once
 
+#include "maintenance/manifest.h"
+
 #include <cstdint>
-#include <string>
 
 enum UpdateState : uint8_t {
     UPDATE_IDLE, // before start-up has finished
@@ -14,12 +15,4 @@ enum UpdateState : uint8_t {
     UPDATE_OFFLINE,
     UPDATE_DOWNLOADING,
     UPDATE_DOWNLOAD_FAILED
-};
-
-// What the server says of its build.
-struct UpdateManifest {
-    std::string version;
-    std::string date; // year-month-day
-    std::string sha256;
-    std::string file;
 };
