@@ -36,6 +36,7 @@ bool appInit(App& app, const std::string& prefPath, std::string& error) {
     app.exePath = app.exeDir + EXECUTABLE_NAME;
     app.screen = SCREEN_LAUNCHER;
     app.initialised = true;
+    updateStartCheck(app);
     return true;
 }
 

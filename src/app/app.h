@@ -4,6 +4,7 @@
 #include "app/input.h"
 #include "app/settings.h"
 #include "audio/audio_engine.h"
+#include "maintenance/game_files.h"
 #include "maintenance/update.h"
 #include "sim/city.h"
 #include "view/camera.h"
@@ -11,7 +12,9 @@
 #include "view/street_life.h"
 #include "view/world_meshes.h"
 
+#include <memory>
 #include <string>
+#include <vector>
 
 enum Screen : uint8_t {
     SCREEN_LAUNCHER,
@@ -87,7 +90,9 @@ struct App {
     uint32_t lastEventCount = 0;
 
     UpdateState updateState = UPDATE_IDLE;
-    UpdateManifest updateManifest; // the last one accepted
+    UpdateManifest updateManifest;          // the last one accepted
+    std::shared_ptr<UpdateTask> updateTask; // null while none runs
+    std::vector<GameFile> gameFiles;        // empty until the launcher shows them
 
     FrameStats frameStats;
     uint64_t firstFrameCounter = 0; // performance counter at the first frame, 0 before it

@@ -47,6 +47,8 @@ static void stepScreen(App& app, const Input& input, float dt) {
             updateTitleView(app, dt);
         break;
     case SCREEN_LAUNCHER:
+        if (input.keysPressed[KEY_ESC]) app.launcherPage = 0;
+        [[fallthrough]];
     case SCREEN_TITLE:
         updateTitleView(app, dt);
         break;
@@ -78,6 +80,7 @@ bool stepFrame(App& app, const Input& input, float dt) {
         saveSettings(app.settings, app.settingsPath);
         app.displayDirty = true;
     }
+    updatePoll(app);
     stepScreen(app, input, dt);
     drawPicture(app, input);
 
