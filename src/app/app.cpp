@@ -75,5 +75,3 @@ bool showsCityInPlay(const App& app) {
     return app.screen == SCREEN_GAME || app.screen == SCREEN_END ||
            (app.screen == SCREEN_SETTINGS && app.returnScreen == SCREEN_GAME);
 }
-
-bool pointerOverHud(const App& app, const Input&) { return app.screen != SCREEN_GAME || app.paused; }

@@ -64,6 +64,7 @@ struct App {
     bool paused = false; // the pause menu is open
     int32_t launcherPage = 0;
     int32_t tutorialStep = -1; // -1 while the guided tour does not run
+    UiRect tutorialCard = {};  // of the running step, all zero after the tour
 
     uint8_t currentTool = 0;                 // Tool
     uint8_t currentCategory = 0;             // ToolCategory
@@ -109,9 +110,6 @@ void appShutdown(App& app);
 
 // The player's choice of a language, 0 to LANGUAGE_COUNT - 1: all texts change at once.
 void chooseLanguage(App& app, int language);
-
-// True when the pointer stands on the interface, so that the tools must ignore it.
-bool pointerOverHud(const App& app, const Input& input);
 
 // True on the game screen, at its end, and in settings opened from the game: the picture shows the city in
 // play.
