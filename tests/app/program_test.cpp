@@ -52,5 +52,6 @@ TEST_F(ProgramDeathTest, EveryMissingFunctionIsNamedInOrder) {
 
 TEST_F(ProgramDeathTest, ADriverThatCompilesNoShaderEndsTheStartWithItsLog) {
     EXPECT_EXIT(std::exit(runProgram(loadBadCompiler)), testing::ExitedWithCode(1),
-                "^The game could not start.\n\n(0:1: no such language\n)+");
+                "^The game could not start.\n\nNo music files found; playing without music\n"
+                "(0:1: no such language\n)+");
 }
