@@ -31,9 +31,7 @@ GameTest::GameTest() {
     folder = testing::TempDir() + test->test_suite_name() + "." + test->name() + "/";
     std::filesystem::remove_all(folder);
     std::filesystem::create_directories(folder);
-    // No device at all, though SDL bears with the number: voices start, and no audio thread plays them to
-    // their end.
-    app.audio.device = 1;
+    app.audio.device = silentDevice();
     app.savePath = folder + "savegame.ovw";
     app.settingsPath = folder + "settings.ini";
     app.settings.tutorialDone = true;

@@ -32,6 +32,7 @@ protected:
     void SetUp() override {
         testing::GTEST_FLAG(death_test_style) = "threadsafe";
         setenv("HOME", testing::TempDir().c_str(), 1);
+        setenv("SDL_AUDIODRIVER", "dummy", 1);
         unsetenv("DISPLAY"); // no message box either
     }
 };
