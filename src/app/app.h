@@ -51,6 +51,7 @@ struct App {
     Camera camera;
     StreetLife streetLife;
     AudioEngine audio;
+    MusicMode musicMode = MUSIC_OFF; // last asked for
     FontSystem fonts;
     Ui ui;
     GLuint logoTexture = 0;
@@ -110,6 +111,9 @@ void appShutdown(App& app);
 
 // The player's choice of a language, 0 to LANGUAGE_COUNT - 1: all texts change at once.
 void chooseLanguage(App& app, int language);
+
+// Makes the volumes of the settings heard, after every change of them.
+void applyVolumes(App& app);
 
 // True on the game screen, at its end, and in settings opened from the game: the picture shows the city in
 // play.
