@@ -2,10 +2,14 @@
 
 #include "maintenance/platform.h"
 #include "sim/map_generation.h"
+#include "ui/languages.h"
+#include "ui/logo_texture.h"
 
 #include <SDL.h>
 
 #include <cstdio>
+
+constexpr int LOGO_SIZE = 256; // pixels
 
 static bool canBeRead(const std::string& path) {
     std::FILE* file = std::fopen(path.c_str(), "rb");
@@ -28,6 +32,14 @@ bool appInit(App& app, const std::string& prefPath, std::string& error) {
     loadSettings(app.settings, app.settingsPath);
     app.saveExists = canBeRead(app.savePath);
 
+    setCurrentLanguage(app.settings.language < 0 ? preferredLanguage() : app.settings.language);
+    fontsInit(app.fonts, &error);
+    fontsSetLanguage(app.fonts, currentLanguage());
+    audioInit(app.audio, &error);
+    audioLoadMusic(app.audio, programFolder(), &error);
+    applyVolumes(app);
+    if (!uiInit(app.ui, app.fonts, &error)) return false;
+    app.logoTexture = makeLogoTexture(LOGO_SIZE, &app.logoWidth, &app.logoHeight);
     if (!initRenderer(app.renderer, &error)) return false;
 
     generateMap(app.city, 0); // the land behind the menus is always the same
@@ -48,13 +60,28 @@ static void destroyMeshes(WorldMeshes& meshes) {
 }
 
 void appShutdown(App& app) {
+    audioShutdown(app.audio);
     destroyMeshes(app.meshes);
     destroyRenderer(app.renderer);
+    if (app.logoTexture) gl.DeleteTextures(1, &app.logoTexture);
+    app.logoTexture = 0;
+    uiDestroy(app.ui);
+    fontsShutdown(app.fonts);
+}
+
+void chooseLanguage(App& app, int language) {
+    app.settings.language = language;
+    setCurrentLanguage(language);
+    fontsSetLanguage(app.fonts, language);
+    fontsClearRuns(app.fonts);
+}
+
+void applyVolumes(App& app) {
+    audioSetVolumes(app.audio, static_cast<float>(app.settings.musicVolume) / 100.0f,
+                    static_cast<float>(app.settings.sfxVolume) / 100.0f);
 }
 
 bool showsCityInPlay(const App& app) {
     return app.screen == SCREEN_GAME || app.screen == SCREEN_END ||
            (app.screen == SCREEN_SETTINGS && app.returnScreen == SCREEN_GAME);
 }
-
-bool pointerOverHud(const App& app, const Input&) { return app.screen != SCREEN_GAME || app.paused; }

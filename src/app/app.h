@@ -7,6 +7,7 @@
 #include "maintenance/game_files.h"
 #include "maintenance/update.h"
 #include "sim/city.h"
+#include "ui/ui_batch.h"
 #include "view/camera.h"
 #include "view/renderer.h"
 #include "view/street_life.h"
@@ -53,6 +54,12 @@ struct App {
     Camera camera;
     StreetLife streetLife;
     AudioEngine audio;
+    MusicMode musicMode = MUSIC_OFF; // last asked for
+    FontSystem fonts;
+    Ui ui;
+    GLuint logoTexture = 0;
+    int32_t logoWidth = 0; // pixels
+    int32_t logoHeight = 0;
 
     bool initialised = false;
     Screen screen = SCREEN_LAUNCHER;
@@ -61,6 +68,7 @@ struct App {
     bool paused = false; // the pause menu is open
     int32_t launcherPage = 0;
     int32_t tutorialStep = -1; // -1 while the guided tour does not run
+    UiRect tutorialCard = {};  // of the running step, all zero after the tour
 
     uint8_t currentTool = 0;                 // Tool
     uint8_t currentCategory = 0;             // ToolCategory
@@ -106,8 +114,11 @@ struct App {
 bool appInit(App& app, const std::string& prefPath, std::string& error);
 void appShutdown(App& app);
 
-// True when the pointer stands on the interface, so that the tools must ignore it.
-bool pointerOverHud(const App& app, const Input& input);
+// The player's choice of a language, 0 to LANGUAGE_COUNT - 1: all texts change at once.
+void chooseLanguage(App& app, int language);
+
+// Makes the volumes of the settings heard, after every change of them.
+void applyVolumes(App& app);
 
 // True on the game screen, at its end, and in settings opened from the game: the picture shows the city in
 // play.

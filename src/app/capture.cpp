@@ -79,7 +79,7 @@ static void applyTool(App& app, std::string_view) { setTool(app, TOOL_RESIDENTIA
 
 static void applyLanguage(App& app, std::string_view value) {
     const int language = languageFromCode(std::string(value).c_str());
-    if (language != 0 || value == languageAt(0).code) app.settings.language = language;
+    if (language != 0 || value == languageAt(0).code) chooseLanguage(app, language);
 }
 
 static void applyHour(App& app, std::string_view value) { readFloat(value, app.city.hourOfDay); }

@@ -23,3 +23,20 @@ int languageFromCode(const char* text) {
     }
     return 0;
 }
+
+static int& languageInUse() {
+    static int language = 0;
+    return language;
+}
+
+int currentLanguage() { return languageInUse(); }
+
+void setCurrentLanguage(int index) { languageInUse() = index >= 0 && index < LANGUAGE_COUNT ? index : 0; }
+
+int preferredLanguage() {
+    SDL_Locale* locales = SDL_GetPreferredLocales();
+    if (!locales) return 0;
+    const int language = languageFromCode(locales[0].language);
+    SDL_free(locales);
+    return language;
+}

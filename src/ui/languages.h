@@ -17,3 +17,11 @@ const Language& languageAt(int index);
 // From a locale name such as "de_AT": its language's index, or 0 (English) for a null text or another
 // language.
 int languageFromCode(const char* text);
+
+// The language in which the game speaks; 0 until it is set. The one setting that every text needs, and so the
+// one that no record carries.
+int currentLanguage();
+// An index that is no language's selects English.
+void setCurrentLanguage(int index);
+// The language of the player's system, by its first preferred locale.
+int preferredLanguage();

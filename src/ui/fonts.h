@@ -1,0 +1,50 @@
+// Text as pictures: a font of the system for the language, and a cache of whole strings as GL textures.
+// Nothing in the program knows glyphs. Main thread only, since it touches GL.
+#pragma once
+
+#include "view/gl.h"
+
+#include <SDL_ttf.h>
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <unordered_map>
+
+// A string as a texture; all zero when nothing could be drawn.
+struct TextRun {
+    GLuint texture = 0;
+    int32_t width = 0; // pixels
+    int32_t height = 0;
+};
+
+struct FontSystem {
+    uint8_t language = 0;    // for which the paths were chosen
+    uint8_t shapeMode = 0;   // ShapeMode
+    std::string regularPath; // empty: there is no font, and nothing is measured or drawn
+    std::string boldPath;
+    std::map<int32_t, TTF_Font*> sizedFonts; // by size * 2 + bold; null for a size that does not open
+    std::unordered_map<std::string, TextRun> runCache;
+    uint8_t ttfReady = 0;
+    std::string runKey; // of the last run: its memory is kept, so that a cached text allocates nothing
+};
+
+// Takes the fonts of English. True when there is one; without one the game goes on and draws no text. `log`,
+// which may be null, gets what there is to tell.
+bool fontsInit(FontSystem& fonts, std::string* log);
+// Empties every cache and ends the text library. Needs the GL context.
+void fontsShutdown(FontSystem& fonts);
+
+void fontsSetLanguage(FontSystem& fonts, int language);
+// Deletes the cached textures.
+void fontsClearRuns(FontSystem& fonts);
+
+// Sizes are in pixels, as the drawing layer counts them. Null when it cannot be opened.
+TTF_Font* fontAt(FontSystem& fonts, int size, bool bold);
+// Width of the shaped text in pixels, 0 without a font.
+int fontsMeasure(FontSystem& fonts, const char* text, int size, bool bold);
+// From line to line; `size` without a font.
+int fontsLineSkip(FontSystem& fonts, int size, bool bold);
+// `color` is r << 24 | g << 16 | b << 8 | a. The texture lives until the cache is emptied, which happens when
+// a run is missing from a cache of more than 900.
+TextRun fontsRenderRun(FontSystem& fonts, const char* text, int size, uint32_t color, bool bold);
