@@ -7,6 +7,8 @@
 #include <cstring>
 #include <string>
 
+int uiFontSize(const Ui& ui, float size) { return static_cast<int>(size * uiScale(ui)); }
+
 float uiTextWidth(Ui& ui, const char* text, int size, bool bold) {
     return static_cast<float>(fontsMeasure(*ui.fonts, text, size, bold));
 }
