@@ -25,6 +25,20 @@ static void updateFrameStats(FrameStats& stats, float dt) {
     stats.frames = 0;
 }
 
+// The options opened from the game keep its music; the end of a game is back among the menus.
+static MusicMode wantedMusicMode(const App& app) {
+    const bool inGame =
+        app.screen == SCREEN_GAME || (app.screen == SCREEN_SETTINGS && app.returnScreen == SCREEN_GAME);
+    return inGame ? MUSIC_GAME : MUSIC_MENU;
+}
+
+static void chooseMusic(App& app) {
+    const MusicMode mode = wantedMusicMode(app);
+    if (mode == app.musicMode) return;
+    audioSetMusicMode(app.audio, mode);
+    app.musicMode = mode;
+}
+
 // The slowly turning land behind the menus.
 static void updateTitleView(App& app, float dt) {
     Camera& camera = app.camera;
@@ -50,6 +64,8 @@ static void stepScreen(App& app, const Input& input, float dt) {
             updateTitleView(app, dt);
         break;
     case SCREEN_LAUNCHER:
+        if (input.keysPressed[KEY_ESC]) app.launcherPage = 0;
+        [[fallthrough]];
     case SCREEN_TITLE:
         updateTitleView(app, dt);
         break;
@@ -106,6 +122,8 @@ bool stepFrame(App& app, const Input& input, float dt) {
         saveSettings(app.settings, app.settingsPath);
         app.displayDirty = true;
     }
+    updatePoll(app);
+    chooseMusic(app);
     stepScreen(app, input, dt);
     drawPicture(app, input);
     uiBeginFrame(app.ui, input.drawableWidth, input.drawableHeight, input);

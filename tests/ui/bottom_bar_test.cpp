@@ -82,7 +82,7 @@ TEST_F(BottomBarTest, ALongMessageWrapsAndLosesWhatDoesNotFitSilently) {
     draw();
     float lowest = 0.0f;
     std::string said;
-    for (const DrawnText& text : texts())
+    for (const Label& text : texts())
         if (text.rect.x == 390.0f && text.rect.y >= TOP) {
             said += text.words;
             lowest = std::max(lowest, text.rect.y);

@@ -31,7 +31,7 @@ TEST_F(CityOverviewTest, DemandPeopleAndAHint) {
     expectText("Citizens", 988, 298, 15, colMuted);
     expectText("423", 1256, 298, 15, colText, ALIGN_RIGHT);
     expectText("65%", 1256, 322, 15, colText, ALIGN_RIGHT);
-    const DrawnText hint = textOf("Click a building or road to see its ");
+    const Label hint = textOf("Click a building or road to see its ");
     expectText(hint.words, 988, 536, 15, colMuted);
 }
 
@@ -41,14 +41,14 @@ TEST_F(CityOverviewTest, DemandIsCutTowardsZero) {
     EXPECT_TRUE(says("+99%"));
     EXPECT_TRUE(says("-99%"));
     int zeros = 0;
-    for (const DrawnText& text : texts()) zeros += text.words == "+0%";
+    for (const Label& text : texts()) zeros += text.words == "+0%";
     EXPECT_EQ(zeros, 2);
 }
 
 TEST_F(CityOverviewTest, InALowWindowTheHintFollowsTheFigures) {
     resize(1280, 300); // the scale is 0.75, and the panel 195 high
     draw();
-    const DrawnText hint = textOf("Click a building or road to see its ");
+    const Label hint = textOf("Click a building or road to see its ");
     EXPECT_NEAR(hint.rect.y, 346.0f * 0.75f, 0.02f);
 }
 

@@ -21,7 +21,7 @@ TEST_F(DistrictPanelTest, TitleHintTaxAndPolicies) {
     expectText("Transit first", 988, 331, 16, colText);
     EXPECT_EQ(look(TAX), NORMAL);
     std::string hint;
-    for (const DrawnText& text : texts())
+    for (const Label& text : texts())
         if (text.rect.x == 988.0f && text.rect.y >= 106.0f && text.rect.y < 180.0f) hint += text.words;
     EXPECT_EQ(hint.rfind("Pick a district, then paint", 0), 0u) << hint;
 }
@@ -30,7 +30,7 @@ TEST_F(DistrictPanelTest, TheTaxGoesRound) {
     for (const char* level : {"Normal", "High", "Low", "Normal"}) {
         draw();
         bool shown = false;
-        for (const DrawnText& text : texts())
+        for (const Label& text : texts())
             shown |= text.words == level && std::abs(middleX(text.rect) - middleX(TAX)) < 1.0f;
         EXPECT_TRUE(shown) << level;
         click(TAX);

@@ -1,5 +1,6 @@
 #include "ui/game_screen.h"
 
+#include "allocation_count.h"
 #include "app/session.h"
 #include "app/tools.h"
 #include "sim/hash.h"
@@ -58,7 +59,7 @@ TEST_F(GameScreenTest, FromBackToFront) {
     draw();
     const std::vector<std::string> order = {"Menu", "Select", "City", "Low", "Tutorial", "Paused"};
     size_t next = 0;
-    for (const DrawnText& text : texts())
+    for (const Label& text : texts())
         if (next < order.size() && text.words == order[next]) next++;
     EXPECT_EQ(next, order.size());
 }
@@ -100,6 +101,16 @@ TEST_F(GameScreenTest, AllMeasuresGrowWithTheWindow) {
         doubled += std::fabs(large[i].rect.y - 2.0f * small[i].rect.y) < 0.01f;
     EXPECT_GT(doubled, static_cast<int>(small.size()) / 3); // but for the corners and frames of buttons
     EXPECT_TRUE(drew({0, 1440 - 168, 2560, 168}, {0.075f, 0.07f, 0.065f, 0.96f}));
+}
+
+TEST_F(GameScreenTest, ASteadyFrameTakesNoMemory) {
+    app.city = wildCity(3);
+    app.currentOverlay = OVERLAY_WATER;
+    app.settings.showFps = true;
+    for (int round = 0; round < 2; round++) drawEveryView();
+    const uint64_t before = allocationCount();
+    drawEveryView();
+    EXPECT_EQ(allocationCount(), before);
 }
 
 TEST_F(GameScreenTest, AnEmptyCityInEveryView) {

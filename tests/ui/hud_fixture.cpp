@@ -2,10 +2,10 @@
 
 #include "ui/end_screen.h"
 #include "ui/game_screen.h"
+#include "ui/ui_helpers.h"
 
 #include <algorithm>
 #include <cmath>
-#include <map>
 
 float middleX(UiRect rect) { return rect.x + rect.w / 2.0f; }
 float middleY(UiRect rect) { return rect.y + rect.h / 2.0f; }
@@ -55,19 +55,16 @@ static UiRect rectOf(const UiVertex* corners) {
     return {corners[0].x, corners[0].y, corners[2].x - corners[0].x, corners[2].y - corners[0].y};
 }
 
-std::vector<DrawnText> HudTest::texts() const {
-    std::map<uint32_t, std::string> keys; // "size|colour|text", with a "b" behind the size of a bold one
-    for (const auto& [key, run] : app.fonts.runCache) keys[run.texture] = key;
-    std::vector<DrawnText> found;
-    for (const UiDrawCommand& command : app.ui.commands) {
-        if (command.texture == 0) continue;
-        const std::string& key = keys.at(command.texture);
-        const size_t first = key.find('|');
-        const size_t second = key.find('|', first + 1);
-        const auto color = static_cast<uint32_t>(std::stoull(key.substr(first + 1)));
-        for (uint32_t at = command.first; at < command.first + command.count; at += 6)
-            found.push_back({key.substr(second + 1), std::stoi(key), key[first - 1] == 'b', color,
-                             rectOf(&app.ui.vertices[at])});
+std::vector<Label> HudTest::texts() const {
+    std::vector<Label> found;
+    for (const DrawnText& drawn : drawnTexts(app.ui)) {
+        const size_t bar = drawn.key.find('|');
+        const auto color = static_cast<uint32_t>(std::stoull(drawn.key.substr(bar + 1)));
+        found.push_back({::textOf(drawn),
+                         std::stoi(drawn.key),
+                         drawn.key[bar - 1] == 'b',
+                         color,
+                         {drawn.x, drawn.y, drawn.w, drawn.h}});
     }
     return found;
 }
@@ -89,14 +86,14 @@ std::vector<DrawnRect> HudTest::rects() const {
 
 bool HudTest::says(const std::string& words) const {
     const auto all = texts();
-    return std::any_of(all.begin(), all.end(), [&](const DrawnText& text) { return text.words == words; });
+    return std::any_of(all.begin(), all.end(), [&](const Label& text) { return text.words == words; });
 }
 
-DrawnText HudTest::textOf(const std::string& words) const {
-    std::vector<DrawnText> found = texts();
-    std::erase_if(found, [&](const DrawnText& text) { return text.words != words; });
+Label HudTest::textOf(const std::string& words) const {
+    std::vector<Label> found = texts();
+    std::erase_if(found, [&](const Label& text) { return text.words != words; });
     EXPECT_EQ(found.size(), 1u) << words;
-    return found.empty() ? DrawnText{} : found.front();
+    return found.empty() ? Label{} : found.front();
 }
 
 static bool near(float a, float b) { return std::fabs(a - b) < 0.02f; }
@@ -115,7 +112,7 @@ static uint32_t packed(UiColor color) {
 void HudTest::expectText(const std::string& words, float x, float y, int size, UiColor color, int align,
                          bool bold) const {
     std::string others;
-    for (const DrawnText& text : texts()) {
+    for (const Label& text : texts()) {
         if (text.words != words) continue;
         const float anchor = text.rect.x + text.rect.w * 0.5f * static_cast<float>(align);
         if (near(anchor, x) && near(text.rect.y, y) && text.size == size && text.bold == bold &&

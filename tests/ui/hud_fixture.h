@@ -8,7 +8,8 @@
 #include <string>
 #include <vector>
 
-struct DrawnText {
+// A text on the screen.
+struct Label {
     std::string words;
     int size;
     bool bold;
@@ -42,11 +43,11 @@ protected:
     void click(UiRect button);
     void clickOn(const std::string& words);
 
-    std::vector<DrawnText> texts() const;
+    std::vector<Label> texts() const;
     std::vector<DrawnRect> rects() const;
     bool says(const std::string& words) const;
     // Of a text that is drawn once.
-    DrawnText textOf(const std::string& words) const;
+    Label textOf(const std::string& words) const;
     // `x` is the left end, the middle or the right end by `align`.
     void expectText(const std::string& words, float x, float y, int size, UiColor color,
                     int align = ALIGN_LEFT, bool bold = false) const;

@@ -117,7 +117,7 @@ TEST_F(InspectorTest, ALongNameShrinksBesideTheCross) {
     for (uint8_t kind = 0; kind < KIND_COUNT; kind++) {
         select(kind);
         draw();
-        for (const DrawnText& text : texts())
+        for (const Label& text : texts())
             if (text.rect.x == 988.0f && text.rect.y == 68.0f) {
                 EXPECT_LE(text.rect.w, 232.0f) << text.words;
             }

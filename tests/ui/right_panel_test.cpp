@@ -16,7 +16,7 @@ protected:
 
     std::string title() {
         draw();
-        for (const DrawnText& text : texts())
+        for (const Label& text : texts())
             if (text.rect.x == 988.0f && text.rect.y == 68.0f && text.bold) return text.words;
         return "";
     }

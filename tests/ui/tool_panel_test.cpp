@@ -28,7 +28,7 @@ TEST_F(ToolPanelTest, ThePanelAndItsSeparator) {
 TEST_F(ToolPanelTest, SevenCategories) {
     draw();
     for (int category = 0; category < CATEGORY_COUNT; category++) {
-        const DrawnText label = textOf(CATEGORIES[category]);
+        const Label label = textOf(CATEGORIES[category]);
         EXPECT_EQ(look(row(category)), category == 0 ? PRIMARY : NORMAL);
         EXPECT_EQ(label.bold, category == 0);
         EXPECT_EQ(label.size, 16);
@@ -104,7 +104,7 @@ TEST_F(ToolPanelTest, EightDistrictsInTwoRows) {
 TEST_F(ToolPanelTest, DistrictNumbersAreBold) {
     choose(CATEGORY_DISTRICTS);
     int bold = 0;
-    for (const DrawnText& text : texts()) bold += text.bold && text.words.size() == 1 && text.size == 16;
+    for (const Label& text : texts()) bold += text.bold && text.words.size() == 1 && text.size == 16;
     EXPECT_EQ(bold, 8);
 }
 

@@ -14,7 +14,7 @@ protected:
 
     // A button of the right group, as wide as its label asks.
     UiRect button(const std::string& label, float leastWidth = 0.0f) const {
-        const DrawnText text = textOf(label);
+        const Label text = textOf(label);
         const float width =
             std::max(uiTextWidth(const_cast<Ui&>(app.ui), label.c_str(), text.size) + 26.0f, leastWidth);
         return {middleX(text.rect) - width / 2.0f, 7, width, 30};
@@ -78,7 +78,7 @@ TEST_F(TopBarTest, HappinessIsRoundedAndColoured) {
     const auto expectHappy = [&](float happiness, const char* words, UiColor color) {
         app.city.happiness = happiness;
         draw();
-        const DrawnText text = textOf(words);
+        const Label text = textOf(words);
         expectText(words, text.rect.x, text.rect.y, text.size, color);
     };
     expectHappy(34.9f, "Happy 35%", colBad);
@@ -189,7 +189,7 @@ TEST_F(TopBarTest, TheLastReadOutsVanishBeforeTheyTouchTheButtons) {
         for (size_t i = drawn; i < all.size(); i++) EXPECT_FALSE(says(all[i])) << all[i] << " at " << width;
         EXPECT_LE(drawn, drawnBefore);
         drawnBefore = drawn;
-        const DrawnText budget = textOf("Budget");
+        const Label budget = textOf("Budget");
         const float left = middleX(budget.rect) - uiTextWidth(app.ui, "Budget", budget.size) / 2.0f - 26.0f;
         if (drawn > 0) {
             const UiRect last = textOf(all[drawn - 1]).rect;
@@ -197,7 +197,7 @@ TEST_F(TopBarTest, TheLastReadOutsVanishBeforeTheyTouchTheButtons) {
         }
     }
     EXPECT_EQ(drawnBefore, 0u);
-    const DrawnText statistics = textOf("Statistics"); // in its full width at the smallest size
+    const Label statistics = textOf("Statistics"); // in its full width at the smallest size
     EXPECT_EQ(statistics.size, 24);
     EXPECT_TRUE(drew(
         {middleX(statistics.rect) - statistics.rect.w / 2.0f - 26.0f, 14, statistics.rect.w + 52.0f, 1.5f},

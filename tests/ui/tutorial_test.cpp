@@ -107,7 +107,7 @@ TEST_F(TutorialTest, EveryStepHasItsText) {
         show(step);
         std::string said;
         float lowest = 0.0f;
-        for (const DrawnText& text : texts())
+        for (const Label& text : texts())
             if (text.rect.x == app.tutorialCard.x + 20.0f && text.size == 18) {
                 said += text.words;
                 lowest = std::max(lowest, text.rect.y + text.rect.h);
