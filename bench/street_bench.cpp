@@ -1,52 +1,14 @@
-// What a frame costs on the processor while the player builds: traffic, and the meshes that became stale. The
-// graphics card is a table of functions that copies what it is given, as a driver does, and draws nothing.
+// What a frame costs on the processor while the player builds: traffic, and the meshes that became stale.
+#include "silent_gl.h"
 #include "sim/build_tools.h"
 #include "sim/grown_cities.h"
 #include "sim/map_generation.h"
-#include "view/gl.h"
 #include "view/rebuild.h"
 #include "view/road_mesh.h"
 #include "view/street_life_mesh.h"
 #include "view/trees.h"
 
 #include <benchmark/benchmark.h>
-
-#include <algorithm>
-#include <cstring>
-#include <type_traits>
-
-// --- The graphics card
-
-template<typename Result, typename... Arguments> static Result APIENTRY doNothing(Arguments...) {
-    if constexpr (!std::is_void_v<Result>) return Result();
-}
-
-template<typename Result, typename... Arguments> static void silence(Result(APIENTRY*& slot)(Arguments...)) {
-    slot = doNothing<Result, Arguments...>;
-}
-
-static void copyBytes(const void* data, GLsizeiptr size) {
-    static std::vector<uint8_t> store;
-    store.resize(std::max(store.size(), static_cast<size_t>(size)));
-    if (size > 0) std::memcpy(store.data(), data, static_cast<size_t>(size));
-}
-
-static void APIENTRY giveName(GLsizei, GLuint* name) { *name = 1; }
-
-static void APIENTRY copyData(GLenum, GLsizeiptr size, const void* data, GLenum) { copyBytes(data, size); }
-static void APIENTRY copySubData(GLenum, GLintptr, GLsizeiptr size, const void* data) {
-    copyBytes(data, size);
-}
-
-static void openGraphics() {
-#define SILENCE_FUNCTION(name) silence(gl.name);
-    GL_FUNCTIONS(SILENCE_FUNCTION)
-#undef SILENCE_FUNCTION
-    gl.GenVertexArrays = giveName; // a mesh without names counts as never uploaded
-    gl.GenBuffers = giveName;
-    gl.BufferData = copyData;
-    gl.BufferSubData = copySubData;
-}
 
 // --- The cities
 

@@ -1,30 +1,13 @@
-// What the processor does for one picture. The driver is left out: its table is one of functions that do
-// nothing.
-#include "view/gl.h"
+// What the processor does for one picture.
+#include "silent_gl.h"
 #include "view/renderer.h"
 #include "view/sky.h"
 
 #include <benchmark/benchmark.h>
 
-#include <type_traits>
-
-template<typename Result, typename... Arguments> static Result APIENTRY doNothing(Arguments...) {
-    if constexpr (!std::is_void_v<Result>) return Result();
-}
-
-template<typename Result, typename... Arguments> static void silence(Result(APIENTRY*& slot)(Arguments...)) {
-    slot = doNothing<Result, Arguments...>;
-}
-
-static void silenceDriver() {
-#define SILENCE_FUNCTION(name) silence(gl.name);
-    GL_FUNCTIONS(SILENCE_FUNCTION)
-#undef SILENCE_FUNCTION
-}
-
 // A frame of a whole city: every mesh is there to be drawn.
 static void benchRenderFrame(benchmark::State& state) {
-    silenceDriver();
+    openGraphics();
     Renderer renderer;
     FrameParams params;
     params.viewProj = perspective(2.4f, 1.6f, 2.0f, 4000.0f);

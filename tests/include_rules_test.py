@@ -12,7 +12,14 @@ MAY_INCLUDE = {
     "app": {"sim", "view", "audio", "maintenance", "ui", "app"},
 }
 PLAIN_RECORDS = {"app/input.h", "app/settings.h"}  # anyone may read them, and they include nothing of ours
-MAY_SEE_THE_APP = {"view/picking.h", "view/picking.cpp"}
+# Each sees the whole App and draws itself in it; nothing includes a screen but the frame that shows it.
+SCREENS = {"ui/end_screen", "ui/game_screen"}
+PARTS_OF_SCREENS = {"ui/" + name for name in (
+    "bottom_bar", "budget_panel", "city_overview", "district_panel", "finance_panel", "hud_layout", "inspectors",
+    "pause_menu", "right_panel", "statistics_panel", "tool_panel", "top_bar", "tutorial")}
+AROUND_THE_GAME = {"maintenance/game_files", "maintenance/uninstall", "maintenance/update"}
+MAY_SEE_THE_APP = {"view/picking.h", "view/picking.cpp"} | {
+    part + ".cpp" for part in SCREENS | PARTS_OF_SCREENS | AROUND_THE_GAME}
 
 
 def includes_of(path):
@@ -36,6 +43,9 @@ def main(root):
             elif target.split("/")[0] not in MAY_INCLUDE[folder] and target not in PLAIN_RECORDS \
                     and source not in MAY_SEE_THE_APP:
                 wrong.append(f"{source} includes {target}")
+            elif target.removesuffix(".h") in SCREENS \
+                    and source not in ("app/frame.cpp", target.removesuffix(".h") + ".cpp"):
+                wrong.append(f"{source} includes the screen {target}")
             elif source in included.get(target, []):
                 wrong.append(f"{source} and {target} include each other")
     print("\n".join(wrong) or f"{len(sources)} sources keep the rule")

@@ -4,6 +4,7 @@
 //   SDL_VIDEODRIVER=offscreen build/release/bin/model-sheet night.bmp 22
 //   convert day.bmp +dither -colors 128 PNG8:docs/pictures/models-day.png
 //   convert night.bmp +dither -colors 128 PNG8:docs/pictures/models-night.png
+#include "sheet_window.h"
 #include "view/building_look.h"
 #include "view/building_mesh.h"
 #include "view/camera.h"
@@ -206,26 +207,6 @@ static void drawSheet(Sheet& sheet) {
 
 // --- The program
 
-static SDL_Window* openHiddenWindow(int width, int height) {
-    if (SDL_Init(SDL_INIT_VIDEO) != 0) return nullptr;
-    SDL_GL_SetAttribute(SDL_GL_CONTEXT_MAJOR_VERSION, 3);
-    SDL_GL_SetAttribute(SDL_GL_CONTEXT_MINOR_VERSION, 3);
-    SDL_GL_SetAttribute(SDL_GL_CONTEXT_PROFILE_MASK, SDL_GL_CONTEXT_PROFILE_CORE);
-    SDL_GL_SetAttribute(SDL_GL_DEPTH_SIZE, 24);
-    SDL_Window* window =
-        SDL_CreateWindow("model-sheet", 0, 0, width, height, SDL_WINDOW_OPENGL | SDL_WINDOW_HIDDEN);
-    if (!window || !SDL_GL_CreateContext(window)) return nullptr;
-    return window;
-}
-
-static bool writePicture(Sheet& sheet, const char* path) {
-    SDL_Surface* surface = SDL_CreateRGBSurfaceWithFormatFrom(sheet.pixels.data(), sheet.width, sheet.height,
-                                                              24, sheet.width * 3, SDL_PIXELFORMAT_RGB24);
-    const bool written = surface && SDL_SaveBMP(surface, path) == 0;
-    SDL_FreeSurface(surface);
-    return written;
-}
-
 int main(int argc, char** argv) {
     Sheet sheet;
     if (argc >= 3) sheet.hour = static_cast<float>(std::atof(argv[2]));
@@ -236,13 +217,13 @@ int main(int argc, char** argv) {
     }
 
     std::string log;
-    if (!openHiddenWindow(COLUMNS * sheet.tile, TOGETHER_ROWS * sheet.tile) || !loadGlFunctions() ||
+    if (!openSheetWindow("model-sheet", COLUMNS * sheet.tile, TOGETHER_ROWS * sheet.tile) ||
         !initRenderer(sheet.renderer, &log)) {
         std::fprintf(stderr, "model-sheet: no picture: %s %s\n", SDL_GetError(), log.c_str());
         return 1;
     }
     drawSheet(sheet);
-    if (!writePicture(sheet, argv[1])) {
+    if (!saveSheet(sheet.pixels, sheet.width, sheet.height, argv[1])) {
         std::fprintf(stderr, "model-sheet: %s: %s\n", argv[1], SDL_GetError());
         return 1;
     }

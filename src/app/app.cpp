@@ -48,6 +48,7 @@ bool appInit(App& app, const std::string& prefPath, std::string& error) {
     app.exePath = app.exeDir + EXECUTABLE_NAME;
     app.screen = SCREEN_LAUNCHER;
     app.initialised = true;
+    updateStartCheck(app);
     return true;
 }
 
@@ -84,5 +85,3 @@ bool showsCityInPlay(const App& app) {
     return app.screen == SCREEN_GAME || app.screen == SCREEN_END ||
            (app.screen == SCREEN_SETTINGS && app.returnScreen == SCREEN_GAME);
 }
-
-bool pointerOverHud(const App& app, const Input&) { return app.screen != SCREEN_GAME || app.paused; }

@@ -1,6 +1,9 @@
 #include "app/frame.h"
 
 #include "app/session.h"
+#include "ui/end_screen.h"
+#include "ui/game_screen.h"
+#include "ui/ui_widgets.h"
 #include "view/picking.h"
 #include "view/rebuild.h"
 
@@ -61,6 +64,8 @@ static void stepScreen(App& app, const Input& input, float dt) {
             updateTitleView(app, dt);
         break;
     case SCREEN_LAUNCHER:
+        if (input.keysPressed[KEY_ESC]) app.launcherPage = 0;
+        [[fallthrough]];
     case SCREEN_TITLE:
         updateTitleView(app, dt);
         break;
@@ -82,6 +87,31 @@ static void drawPicture(App& app, const Input& input) {
     renderFrame(app.renderer, params, app.meshes);
 }
 
+static void drawScreen(App& app, const Input& input) {
+    switch (app.screen) {
+    case SCREEN_LAUNCHER:
+    case SCREEN_TITLE:
+        break;
+    case SCREEN_SETTINGS:
+        if (app.returnScreen != SCREEN_GAME) break;
+        drawGameScreen(app, input);
+        uiDimWindow(app.ui, 0.35f);
+        break;
+    case SCREEN_GAME:
+        drawGameScreen(app, input);
+        break;
+    case SCREEN_END:
+        drawGameScreen(app, input);
+        drawEndScreen(app, input);
+        break;
+    }
+}
+
+static void drawInterface(App& app, const Input& input) {
+    drawScreen(app, input);
+    drawFpsLabel(app, input);
+}
+
 bool stepFrame(App& app, const Input& input, float dt) {
     dt = std::min(dt, LONGEST_STEP);
     updateFrameStats(app.frameStats, dt);
@@ -92,10 +122,12 @@ bool stepFrame(App& app, const Input& input, float dt) {
         saveSettings(app.settings, app.settingsPath);
         app.displayDirty = true;
     }
+    updatePoll(app);
     chooseMusic(app);
     stepScreen(app, input, dt);
     drawPicture(app, input);
     uiBeginFrame(app.ui, input.drawableWidth, input.drawableHeight, input);
+    drawInterface(app, input);
     uiFlush(app.ui);
 
     app.camera.previousInput = input;

@@ -1,7 +1,9 @@
 #include "ui/fonts.h"
 
+#include "ui/latin_text.h"
 #include "ui/shape_text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <span>
 
@@ -70,22 +72,34 @@ static bool opens(const char* path) {
     return font != nullptr;
 }
 
-static bool pickFont(FontSystem& fonts, std::span<const FontFiles> candidates) {
+// The first regular font that opens, and its partner or itself.
+static bool pickFont(std::span<const FontFiles> candidates, std::string& regularPath, std::string& boldPath) {
     for (const FontFiles& files : candidates) {
         if (!opens(files.regular)) continue;
-        fonts.regularPath = files.regular;
-        fonts.boldPath = opens(files.bold) ? files.bold : files.regular;
+        regularPath = files.regular;
+        boldPath = opens(files.bold) ? files.bold : files.regular;
         return true;
     }
     return false;
 }
 
+static bool lacksLatin(const std::string& path) {
+    TTF_Font* font = TTF_OpenFont(path.c_str(), 16);
+    if (!font) return false;
+    const bool lacks = !hasLatinLetters(font);
+    TTF_CloseFont(font);
+    return lacks;
+}
+
 static void selectFonts(FontSystem& fonts, int language, std::string* log) {
     fonts.shapeMode = language == ARABIC ? SHAPE_ARABIC : language == HINDI ? SHAPE_DEVANAGARI : SHAPE_NONE;
-    fonts.regularPath.clear();
-    fonts.boldPath.clear();
-    if (!pickFont(fonts, fontsOf(language)) && pickFont(fonts, DEFAULT_FONTS) && log)
+    for (std::string* path : {&fonts.regularPath, &fonts.boldPath, &fonts.latinPath, &fonts.latinBoldPath})
+        path->clear();
+    if (pickFont(fontsOf(language), fonts.regularPath, fonts.boldPath)) {
+        if (lacksLatin(fonts.regularPath)) pickFont(DEFAULT_FONTS, fonts.latinPath, fonts.latinBoldPath);
+    } else if (pickFont(DEFAULT_FONTS, fonts.regularPath, fonts.boldPath) && log) {
         *log += "No font for this language, using " + fonts.regularPath + "\n";
+    }
     fonts.language = static_cast<uint8_t>(language);
 }
 
@@ -101,10 +115,21 @@ bool fontsInit(FontSystem& fonts, std::string* log) {
     return false;
 }
 
+static void forgetMeasures(FontSystem& fonts) {
+    fonts.widths.clear();
+    fonts.fittedSizes.clear();
+    fonts.paragraphs.clear();
+    fonts.measuredBytes = 0;
+}
+
+// With the fonts goes what was measured in them.
 static void closeSizedFonts(FontSystem& fonts) {
-    for (const auto& [key, font] : fonts.sizedFonts)
-        if (font) TTF_CloseFont(font);
-    fonts.sizedFonts.clear();
+    forgetMeasures(fonts);
+    for (auto* sizes : {&fonts.sizedFonts, &fonts.latinFonts}) {
+        for (const auto& [key, font] : *sizes)
+            if (font) TTF_CloseFont(font);
+        sizes->clear();
+    }
 }
 
 void fontsShutdown(FontSystem& fonts) {
@@ -114,6 +139,8 @@ void fontsShutdown(FontSystem& fonts) {
     fonts.ttfReady = 0;
     fonts.regularPath.clear();
     fonts.boldPath.clear();
+    fonts.latinPath.clear();
+    fonts.latinBoldPath.clear();
 }
 
 void fontsSetLanguage(FontSystem& fonts, int language) {
@@ -128,21 +155,74 @@ void fontsClearRuns(FontSystem& fonts) {
     fonts.runCache.clear();
 }
 
-TTF_Font* fontAt(FontSystem& fonts, int size, bool bold) {
-    const int32_t key = size * 2 + (bold ? 1 : 0);
-    const auto found = fonts.sizedFonts.find(key);
-    if (found != fonts.sizedFonts.end()) return found->second;
-    TTF_Font* font = TTF_OpenFont((bold ? fonts.boldPath : fonts.regularPath).c_str(), size);
-    fonts.sizedFonts[key] = font; // null too, so that a size that fails is not tried in every frame
+static TTF_Font* openSized(const std::string& path, int size) {
+    // The text library takes sizes below 1 for 1; and each open font holds a file, of which a process may
+    // have some 1,000.
+    if (size < 1 || size > LARGEST_FONT_SIZE) return nullptr;
+    return TTF_OpenFont(path.c_str(), size);
+}
+
+static TTF_Font* sizedFont(std::map<int32_t, TTF_Font*>& sizes, const std::string& path, int size,
+                           bool bold) {
+    // The sizes that do not open are kept as two, since the key of a wild one would overflow.
+    const int32_t key = std::clamp(size, 0, LARGEST_FONT_SIZE + 1) * 2 + (bold ? 1 : 0);
+    const auto found = sizes.find(key);
+    if (found != sizes.end()) return found->second;
+    TTF_Font* font = openSized(path, size);
+    sizes[key] = font; // null too, so that a size that fails is not tried in every frame
     return font;
+}
+
+TTF_Font* fontAt(FontSystem& fonts, int size, bool bold) {
+    return sizedFont(fonts.sizedFonts, bold ? fonts.boldPath : fonts.regularPath, size, bold);
+}
+
+// Null where the language's font has Latin letters.
+static TTF_Font* latinFontAt(FontSystem& fonts, int size, bool bold) {
+    if (fonts.latinPath.empty()) return nullptr;
+    return sizedFont(fonts.latinFonts, bold ? fonts.latinBoldPath : fonts.latinPath, size, bold);
+}
+
+void appendNumber(std::string& text, long long number) {
+    char digits[24];
+    text.append(digits, std::to_chars(digits, digits + sizeof digits, number).ptr);
+}
+
+std::string& fontsKey(FontSystem& fonts, int size, bool bold) {
+    fonts.key.clear();
+    appendNumber(fonts.key, size);
+    fonts.key += bold ? "b|" : "|";
+    return fonts.key;
+}
+
+void fontsMakeRoom(FontSystem& fonts, size_t bytes) {
+    constexpr size_t MOST_BYTES = 4u << 20; // the texts of a day of play; a text of 100 kB is still kept
+    constexpr size_t ENTRY_BYTES = 100;     // besides its texts
+    if (fonts.measuredBytes + bytes > MOST_BYTES) forgetMeasures(fonts);
+    fonts.measuredBytes += bytes + ENTRY_BYTES;
+}
+
+int fontsMeasureAnew(FontSystem& fonts, const char* text, int size, bool bold) {
+    if (!*text || fonts.regularPath.empty()) return 0;
+    TTF_Font* font = fontAt(fonts, size, bold);
+    if (!font) return 0;
+    const std::string shaped = shapeText(text, fonts.shapeMode);
+    if (TTF_Font* latinFont = latinFontAt(fonts, size, bold))
+        return measureMixedText(font, latinFont, shaped);
+    int width = 0;
+    return TTF_SizeUTF8(font, shaped.c_str(), &width, nullptr) == 0 ? width : 0;
 }
 
 int fontsMeasure(FontSystem& fonts, const char* text, int size, bool bold) {
     if (!*text || fonts.regularPath.empty()) return 0;
-    TTF_Font* font = fontAt(fonts, size, bold);
-    if (!font) return 0;
-    int width = 0;
-    if (TTF_SizeUTF8(font, shapeText(text, fonts.shapeMode).c_str(), &width, nullptr) != 0) return 0;
+    std::string& key = fontsKey(fonts, size, bold);
+    key += text;
+    const auto found = fonts.widths.find(key);
+    if (found != fonts.widths.end()) return found->second;
+
+    const int width = fontsMeasureAnew(fonts, text, size, bold);
+    fontsMakeRoom(fonts, key.size());
+    fonts.widths.emplace(key, width);
     return width;
 }
 
@@ -151,24 +231,24 @@ int fontsLineSkip(FontSystem& fonts, int size, bool bold) {
     return font ? TTF_FontLineSkip(font) : size;
 }
 
-static void appendNumber(std::string& text, long long number) {
-    char digits[24];
-    text.append(digits, std::to_chars(digits, digits + sizeof digits, number).ptr);
-}
-
-static GLuint uploadRun(const SDL_Surface& surface) {
-    GLuint texture = 0;
-    gl.GenTextures(1, &texture);
-    gl.BindTexture(GL_TEXTURE_2D, texture);
+// Bytes R, G, B, A, row by row.
+static TextRun uploadRun(const SDL_Surface& surface) {
+    // A wider texture is refused by common cards. What is cut here lies beyond every screen.
+    constexpr int WIDEST_RUN = 8192;
+    TextRun run = {0, std::min(surface.w, WIDEST_RUN), surface.h};
+    gl.GenTextures(1, &run.texture);
+    gl.BindTexture(GL_TEXTURE_2D, run.texture);
     gl.PixelStorei(GL_UNPACK_ALIGNMENT, 1);
-    gl.TexImage2D(GL_TEXTURE_2D, 0, GL_RGBA8, surface.w, surface.h, 0, GL_RGBA, GL_UNSIGNED_BYTE,
+    if (surface.w > run.width) gl.PixelStorei(GL_UNPACK_ROW_LENGTH, surface.w);
+    gl.TexImage2D(GL_TEXTURE_2D, 0, GL_RGBA8, run.width, run.height, 0, GL_RGBA, GL_UNSIGNED_BYTE,
                   surface.pixels);
+    if (surface.w > run.width) gl.PixelStorei(GL_UNPACK_ROW_LENGTH, 0);
     gl.TexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
     gl.TexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
     gl.TexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
     gl.TexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
     gl.BindTexture(GL_TEXTURE_2D, 0);
-    return texture;
+    return run;
 }
 
 static TextRun renderRun(FontSystem& fonts, const char* text, int size, uint32_t color, bool bold) {
@@ -176,13 +256,15 @@ static TextRun renderRun(FontSystem& fonts, const char* text, int size, uint32_t
     if (!font) return {};
     const SDL_Color colorBytes = {static_cast<uint8_t>(color >> 24), static_cast<uint8_t>(color >> 16),
                                   static_cast<uint8_t>(color >> 8), static_cast<uint8_t>(color)};
-    SDL_Surface* rendered =
-        TTF_RenderUTF8_Blended(font, shapeText(text, fonts.shapeMode).c_str(), colorBytes);
+    const std::string shaped = shapeText(text, fonts.shapeMode);
+    TTF_Font* latinFont = latinFontAt(fonts, size, bold);
+    SDL_Surface* rendered = latinFont ? renderMixedText(font, latinFont, shaped, colorBytes)
+                                      : TTF_RenderUTF8_Blended(font, shaped.c_str(), colorBytes);
     if (!rendered) return {};
     SDL_Surface* surface = SDL_ConvertSurfaceFormat(rendered, SDL_PIXELFORMAT_RGBA32, 0);
     SDL_FreeSurface(rendered);
     if (!surface) return {};
-    const TextRun run = {uploadRun(*surface), surface->w, surface->h};
+    const TextRun run = uploadRun(*surface);
     SDL_FreeSurface(surface);
     return run;
 }
@@ -190,10 +272,7 @@ static TextRun renderRun(FontSystem& fonts, const char* text, int size, uint32_t
 TextRun fontsRenderRun(FontSystem& fonts, const char* text, int size, uint32_t color, bool bold) {
     if (!*text || fonts.regularPath.empty()) return {};
 
-    std::string& key = fonts.runKey;
-    key.clear();
-    appendNumber(key, size);
-    key += bold ? "b|" : "|";
+    std::string& key = fontsKey(fonts, size, bold);
     appendNumber(key, color);
     key += '|';
     key += text;

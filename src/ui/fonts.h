@@ -10,6 +10,7 @@
 #include <map>
 #include <string>
 #include <unordered_map>
+#include <vector>
 
 // A string as a texture; all zero when nothing could be drawn.
 struct TextRun {
@@ -23,10 +24,22 @@ struct FontSystem {
     uint8_t shapeMode = 0;   // ShapeMode
     std::string regularPath; // empty: there is no font, and nothing is measured or drawn
     std::string boldPath;
+    std::string latinPath; // of the Latin words, where the language's font has no Latin letters; else empty
+    std::string latinBoldPath;
     std::map<int32_t, TTF_Font*> sizedFonts; // by size * 2 + bold; null for a size that does not open
+    std::map<int32_t, TTF_Font*> latinFonts; // the same of the Latin words
     std::unordered_map<std::string, TextRun> runCache;
     uint8_t ttfReady = 0;
-    std::string runKey; // of the last run: its memory is kept, so that a cached text allocates nothing
+
+    // What has been measured, by size, weight and text, so that a screen measures no text twice. Emptied with
+    // the language, and when it has grown large.
+    std::unordered_map<std::string, int> widths;
+    std::unordered_map<std::string, int> fittedSizes;
+    std::unordered_map<std::string, std::vector<std::string>> paragraphs; // the lines of each
+    size_t measuredBytes = 0;                                             // in these three, about
+
+    std::string
+        key; // of the last look-up: its memory is kept, so that a text known already allocates nothing
 };
 
 // Takes the fonts of English. True when there is one; without one the game goes on and draws no text. `log`,
@@ -39,12 +52,22 @@ void fontsSetLanguage(FontSystem& fonts, int language);
 // Deletes the cached textures.
 void fontsClearRuns(FontSystem& fonts);
 
-// Sizes are in pixels, as the drawing layer counts them. Null when it cannot be opened.
+// Sizes are in pixels, as the drawing layer counts them. Null when it cannot be opened; that is every size
+// below 1 or above LARGEST_FONT_SIZE.
+constexpr int LARGEST_FONT_SIZE = 256;
 TTF_Font* fontAt(FontSystem& fonts, int size, bool bold);
 // Width of the shaped text in pixels, 0 without a font.
 int fontsMeasure(FontSystem& fonts, const char* text, int size, bool bold);
+// The same, neither looked up nor remembered.
+int fontsMeasureAnew(FontSystem& fonts, const char* text, int size, bool bold);
 // From line to line; `size` without a font.
 int fontsLineSkip(FontSystem& fonts, int size, bool bold);
 // `color` is r << 24 | g << 16 | b << 8 | a. The texture lives until the cache is emptied, which happens when
 // a run is missing from a cache of more than 900.
 TextRun fontsRenderRun(FontSystem& fonts, const char* text, int size, uint32_t color, bool bold);
+
+// For what else is remembered of texts: begins the key of a look-up with size and weight, the caller appends
+// the rest; and makes room before an entry of about so many bytes is added.
+std::string& fontsKey(FontSystem& fonts, int size, bool bold);
+void appendNumber(std::string& text, long long number);
+void fontsMakeRoom(FontSystem& fonts, size_t bytes);

@@ -12,11 +12,12 @@ const char* formatTextInto(char* buffer, size_t size, const char* format, ...) {
     va_start(arguments, format);
     const int length = std::vsnprintf(buffer, size, format, arguments);
     va_end(arguments);
+    if (size == 0) return buffer;
     if (length < 0) buffer[0] = '\0';
-    if (length < static_cast<int>(size)) return buffer;
+    if (length < 0 || static_cast<size_t>(length) < size) return buffer;
 
     // The cut may have fallen inside a sequence: its beginning goes too.
-    size_t end = size - 1;
+    const size_t end = size - 1;
     size_t start = end;
     while (start > 0 && isContinuation(buffer[start - 1])) start--;
     if (start == 0) return buffer;

@@ -1,6 +1,7 @@
 #include "ui/shape_text.h"
 
 #include <cstddef>
+#include <string_view>
 #include <vector>
 
 using CodePoints = std::vector<uint32_t>;
@@ -17,7 +18,7 @@ static size_t sequenceLength(uint8_t lead) {
     return 0; // no lead byte
 }
 
-static CodePoints decode(const std::string& text) {
+static CodePoints decode(std::string_view text) {
     CodePoints points;
     points.reserve(text.size());
     for (size_t i = 0; i < text.size();) {

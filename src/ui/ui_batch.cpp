@@ -7,7 +7,9 @@
 #include <algorithm>
 #include <cstddef>
 
-static const void* byteOffset(size_t bytes) { return reinterpret_cast<const void*>(bytes); }
+static const void* byteOffset(size_t bytes) {
+    return reinterpret_cast<const void*>(bytes); // NOLINT(performance-no-int-to-ptr)
+}
 
 bool uiInit(Ui& ui, FontSystem& fonts, std::string* errorText) {
     ui.fonts = &fonts;
@@ -87,4 +89,6 @@ void uiBatch(Ui& ui, uint32_t texture, uint32_t vertexCount) {
         ui.commands.push_back({texture, static_cast<uint32_t>(ui.vertices.size()), vertexCount});
 }
 
-float uiScale(const Ui& ui) { return std::clamp(static_cast<float>(ui.screenH) / 720.0f, 0.75f, 2.0f); }
+float uiScale(const Ui& ui) { return uiScale(ui.screenH); }
+
+float uiScale(int screenH) { return std::clamp(static_cast<float>(screenH) / 720.0f, 0.75f, 2.0f); }

@@ -1,23 +1,30 @@
 #include "ui/ui_shapes.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 constexpr float PI = 3.14159265f;
 
-static void addVertex(Ui& ui, float x, float y, UiColor color, float u = 0.0f, float v = 0.0f) {
-    ui.vertices.push_back({x, y, u, v, color.r, color.g, color.b, color.a});
+// Solid shapes have no place in a texture.
+static UiVertex solid(float x, float y, UiColor color) {
+    return {x, y, 0.0f, 0.0f, color.r, color.g, color.b, color.a};
+}
+
+// In one piece, since a screen has thousands of them.
+template<size_t Count> static void addVertices(Ui& ui, const UiVertex (&vertices)[Count]) {
+    ui.vertices.insert(ui.vertices.end(), vertices, vertices + Count);
 }
 
 void uiQuad(Ui& ui, float x0, float y0, float x1, float y1, float texU0, float texV0, float texU1,
             float texV1, UiColor color, uint32_t texture) {
+    const auto [r, g, b, a] = color;
+    const UiVertex topLeft = {x0, y0, texU0, texV0, r, g, b, a};
+    const UiVertex topRight = {x1, y0, texU1, texV0, r, g, b, a};
+    const UiVertex bottomRight = {x1, y1, texU1, texV1, r, g, b, a};
+    const UiVertex bottomLeft = {x0, y1, texU0, texV1, r, g, b, a};
     uiBatch(ui, texture, 6);
-    addVertex(ui, x0, y0, color, texU0, texV0);
-    addVertex(ui, x1, y0, color, texU1, texV0);
-    addVertex(ui, x1, y1, color, texU1, texV1);
-    addVertex(ui, x0, y0, color, texU0, texV0);
-    addVertex(ui, x1, y1, color, texU1, texV1);
-    addVertex(ui, x0, y1, color, texU0, texV1);
+    addVertices(ui, {topLeft, topRight, bottomRight, topLeft, bottomRight, bottomLeft});
 }
 
 void uiRect(Ui& ui, UiRect rect, UiColor color) {
@@ -34,13 +41,12 @@ void uiGradientRect(Ui& ui, UiRect rect, UiColor topColor, UiColor bottomColor) 
     if (rect.w <= 0.0f || rect.h <= 0.0f) return;
     const float x1 = rect.x + rect.w;
     const float y1 = rect.y + rect.h;
+    const UiVertex topLeft = solid(rect.x, rect.y, topColor);
+    const UiVertex topRight = solid(x1, rect.y, topColor);
+    const UiVertex bottomRight = solid(x1, y1, bottomColor);
+    const UiVertex bottomLeft = solid(rect.x, y1, bottomColor);
     uiBatch(ui, 0, 6);
-    addVertex(ui, rect.x, rect.y, topColor);
-    addVertex(ui, x1, rect.y, topColor);
-    addVertex(ui, x1, y1, bottomColor);
-    addVertex(ui, rect.x, rect.y, topColor);
-    addVertex(ui, x1, y1, bottomColor);
-    addVertex(ui, rect.x, y1, bottomColor);
+    addVertices(ui, {topLeft, topRight, bottomRight, topLeft, bottomRight, bottomLeft});
 }
 
 void uiFrame(Ui& ui, UiRect rect, float thickness, UiColor color) {
@@ -53,9 +59,7 @@ void uiFrame(Ui& ui, UiRect rect, float thickness, UiColor color) {
 
 void uiTriangle(Ui& ui, float x0, float y0, float x1, float y1, float x2, float y2, UiColor color) {
     uiBatch(ui, 0, 3);
-    addVertex(ui, x0, y0, color);
-    addVertex(ui, x1, y1, color);
-    addVertex(ui, x2, y2, color);
+    addVertices(ui, {solid(x0, y0, color), solid(x1, y1, color), solid(x2, y2, color)});
 }
 
 void uiLine(Ui& ui, float x0, float y0, float x1, float y1, float width, UiColor color) {
@@ -69,24 +73,60 @@ void uiLine(Ui& ui, float x0, float y0, float x1, float y1, float width, UiColor
     uiTriangle(ui, x0 + nx, y0 + ny, x1 - nx, y1 - ny, x0 - nx, y0 - ny, color);
 }
 
+struct UnitPoint {
+    float x, y;
+};
+
+// Where the rim of radius 1 lies after `i` of the segments.
+static UnitPoint rimPoint(float startAngle, float endAngle, int segments, int i) {
+    const float angle =
+        startAngle + static_cast<float>(i) * (endAngle - startAngle) / static_cast<float>(segments);
+    return {std::cos(angle), std::sin(angle)};
+}
+
+static UiVertex onRim(float cx, float cy, float radius, UnitPoint point, UiColor color) {
+    return solid(cx + point.x * radius, cy + point.y * radius, color);
+}
+
 void uiArcFan(Ui& ui, float cx, float cy, float radius, float startAngle, float endAngle, int segments,
               UiColor color) {
     if (segments <= 0) return;
     uiBatch(ui, 0, static_cast<uint32_t>(segments) * 3);
-    const auto angle = [&](int i) {
-        return startAngle + static_cast<float>(i) * (endAngle - startAngle) / static_cast<float>(segments);
-    };
-    float rimX = cx + std::cos(startAngle) * radius;
-    float rimY = cy + std::sin(startAngle) * radius;
+    const UiVertex centre = solid(cx, cy, color);
+    UiVertex from = onRim(cx, cy, radius, rimPoint(startAngle, endAngle, segments, 0), color);
     for (int i = 1; i <= segments; i++) {
-        const float nextX = cx + std::cos(angle(i)) * radius;
-        const float nextY = cy + std::sin(angle(i)) * radius;
-        addVertex(ui, cx, cy, color);
-        addVertex(ui, rimX, rimY, color);
-        addVertex(ui, nextX, nextY, color);
-        rimX = nextX;
-        rimY = nextY;
+        const UiVertex to = onRim(cx, cy, radius, rimPoint(startAngle, endAngle, segments, i), color);
+        addVertices(ui, {centre, from, to});
+        from = to;
     }
+}
+
+// The rims of the four corners of a round rectangle, clockwise from the top left. They are kept because a
+// screen has hundreds of such corners, and their sines would cost more than all else on it.
+constexpr int CORNER_SEGMENTS = 6;
+using CornerRim = std::array<UnitPoint, CORNER_SEGMENTS + 1>;
+
+static std::array<CornerRim, 4> makeCornerRims() {
+    constexpr float angles[4][2] = {
+        {PI, 1.5f * PI}, {1.5f * PI, 2.0f * PI}, {0.0f, 0.5f * PI}, {0.5f * PI, PI}};
+    std::array<CornerRim, 4> rims;
+    for (size_t corner = 0; corner < rims.size(); corner++)
+        for (int i = 0; i <= CORNER_SEGMENTS; i++)
+            rims[corner][static_cast<size_t>(i)] =
+                rimPoint(angles[corner][0], angles[corner][1], CORNER_SEGMENTS, i);
+    return rims;
+}
+
+// As uiArcFan would draw it.
+static void addCorner(Ui& ui, float cx, float cy, float radius, const CornerRim& rim, UiColor color) {
+    UiVertex fan[CORNER_SEGMENTS * 3];
+    for (size_t i = 0; i < CORNER_SEGMENTS; i++) {
+        fan[i * 3] = solid(cx, cy, color);
+        fan[i * 3 + 1] = onRim(cx, cy, radius, rim[i], color);
+        fan[i * 3 + 2] = onRim(cx, cy, radius, rim[i + 1], color);
+    }
+    uiBatch(ui, 0, CORNER_SEGMENTS * 3);
+    addVertices(ui, fan);
 }
 
 void uiRoundRect(Ui& ui, UiRect rect, float radius, UiColor color) {
@@ -98,9 +138,9 @@ void uiRoundRect(Ui& ui, UiRect rect, float radius, UiColor color) {
     uiRect(ui, {rect.x, rect.y + r, r, rect.h - 2.0f * r}, color);
     uiRect(ui, {x1 - r, rect.y + r, r, rect.h - 2.0f * r}, color);
 
-    constexpr int SEGMENTS = 6;
-    uiArcFan(ui, rect.x + r, rect.y + r, r, PI, 1.5f * PI, SEGMENTS, color);
-    uiArcFan(ui, x1 - r, rect.y + r, r, 1.5f * PI, 2.0f * PI, SEGMENTS, color);
-    uiArcFan(ui, x1 - r, y1 - r, r, 0.0f, 0.5f * PI, SEGMENTS, color);
-    uiArcFan(ui, rect.x + r, y1 - r, r, 0.5f * PI, PI, SEGMENTS, color);
+    static const std::array<CornerRim, 4> rims = makeCornerRims();
+    addCorner(ui, rect.x + r, rect.y + r, r, rims[0], color);
+    addCorner(ui, x1 - r, rect.y + r, r, rims[1], color);
+    addCorner(ui, x1 - r, y1 - r, r, rims[2], color);
+    addCorner(ui, rect.x + r, y1 - r, r, rims[3], color);
 }

@@ -54,6 +54,33 @@ TEST_F(FrameTest, F11FlipsFullScreenOnEveryScreenAndSavesItAtOnce) {
     }
 }
 
+TEST_F(FrameTest, EscapeClosesTheLaunchersPageAndNothingElse) {
+    app.screen = SCREEN_LAUNCHER;
+    for (int page = 0; page < 4; page++) {
+        app.launcherPage = page;
+        step(0.01f);
+        EXPECT_EQ(app.launcherPage, page);
+        input.keysPressed[KEY_ESC] = 1;
+        EXPECT_TRUE(step(0.01f));
+        EXPECT_EQ(app.launcherPage, 0);
+        EXPECT_EQ(app.screen, SCREEN_LAUNCHER);
+    }
+}
+
+TEST_F(FrameTest, AFinishedUpdateTaskIsTakenUpOnEveryScreen) {
+    for (const Screen screen : {SCREEN_LAUNCHER, SCREEN_TITLE, SCREEN_SETTINGS, SCREEN_GAME, SCREEN_END}) {
+        app.screen = screen;
+        app.updateState = UPDATE_CHECKING;
+        app.updateTask = std::make_shared<UpdateTask>();
+        EXPECT_TRUE(step(0.01f));
+        EXPECT_EQ(app.updateState, UPDATE_CHECKING) << screen;
+        app.updateTask->done = 1;
+        EXPECT_TRUE(step(0.01f));
+        EXPECT_EQ(app.updateState, UPDATE_OFFLINE) << screen;
+        EXPECT_EQ(app.updateTask, nullptr) << screen;
+    }
+}
+
 TEST_F(FrameTest, TheMenusShowTheTurningLand) {
     for (const Screen screen : {SCREEN_LAUNCHER, SCREEN_TITLE, SCREEN_SETTINGS}) {
         app.screen = screen;

@@ -35,6 +35,7 @@ GameTest::GameTest() {
     app.savePath = folder + "savegame.ovw";
     app.settingsPath = folder + "settings.ini";
     app.settings.tutorialDone = true;
+    app.ui.fonts = &app.fonts; // without a font, unless a test takes some
     app.city = flatCity();
     app.screen = SCREEN_GAME;
     app.initialised = true;

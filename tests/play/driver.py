@@ -220,6 +220,10 @@ class Game:
         self.xdotool("mouseup", str(button))
         self.frames()
 
+    def click(self, x, y):
+        self.xdotool("mousemove", "--window", self.window, str(x), str(y), "click", "1")
+        self.frames()
+
     def wheel(self, steps):
         """Positive away from the player."""
         for _ in range(abs(steps)):

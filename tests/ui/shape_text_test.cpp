@@ -1,0 +1,276 @@
+#include "ui/shape_text.h"
+
+#include "ui/strings.h"
+
+#include <fribidi.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <string>
+#include <vector>
+
+static std::string arabic(const std::string& text) { return shapeText(text.c_str(), SHAPE_ARABIC); }
+static std::string hindi(const std::string& text) { return shapeText(text.c_str(), SHAPE_DEVANAGARI); }
+
+// --- Without shaping
+
+TEST(ShapeNone, ReturnsEveryByteAsItIs) {
+    for (const char* text : {"", " ", "Text", "مدينة", "हिन्दी", "\xc3", "\xff\x80 a\xe0\xa4"})
+        EXPECT_EQ(shapeText(text, SHAPE_NONE), text);
+}
+
+// --- Bytes that are no UTF-8
+
+TEST(ShapeBytes, ASequenceThatTheEndCutsIsAReplacementForEachByte) {
+    EXPECT_EQ(hindi("a\xc3"), "a\uFFFD");
+    EXPECT_EQ(hindi("a\xe0\xa4"), "a\uFFFD\uFFFD");
+    EXPECT_EQ(hindi("\xf0\x9f\x98"), "\uFFFD\uFFFD\uFFFD");
+    EXPECT_EQ(arabic("a\xc3"), "a\uFFFD");
+}
+
+TEST(ShapeBytes, AByteThatLeadsNothingIsAReplacement) {
+    EXPECT_EQ(hindi("\x80"
+                    "a\xbf\xf8\xff"),
+              "\uFFFDa\uFFFD\uFFFD\uFFFD");
+}
+
+TEST(ShapeBytes, TheTopBitsOfFollowingBytesAreNotLookedAt) {
+    EXPECT_EQ(hindi("\xc3(\xe0$5"), "\xc3\xa8\u0935"); // as C3 A8 and E0 A4 B5
+    EXPECT_EQ(hindi("\xc1\x81"), "A");                 // a longer form than needed
+}
+
+TEST(ShapeBytes, SequencesOfEveryLengthComeBack) {
+    EXPECT_EQ(hindi("a\u00e9\u20ac\U0001F600"), "a\u00e9\u20ac\U0001F600");
+    EXPECT_EQ(hindi("\xf7\xbf\xbf\xbf"), "\xf7\xbf\xbf\xbf"); // beyond Unicode
+}
+
+TEST(ShapeBytes, AnyBytesAreBorne) {
+    std::mt19937 random(7);
+    for (int i = 0; i < 2000; i++) {
+        std::string text(random() % 40, ' ');
+        for (char& c : text) c = static_cast<char>(random() % 255 + 1);
+        for (const int mode : {SHAPE_ARABIC, SHAPE_DEVANAGARI}) {
+            const std::string shaped = shapeText(text.c_str(), static_cast<uint8_t>(mode));
+            EXPECT_LE(shaped.size(), text.size() * 3);
+            EXPECT_EQ(shaped.empty(), text.empty());
+        }
+    }
+}
+
+TEST(ShapeBytes, LongTextsTakeTimeByTheirLength) {
+    std::string marks = "\u0644";
+    for (int i = 0; i < 200000; i++) marks += i % 2 ? "\u064E" : "\u0644";
+    EXPECT_GT(arabic(marks).size(), marks.size());
+    EXPECT_EQ(arabic(std::string(1000000, ' ')), std::string(1000000, ' '));
+    std::string signs;
+    for (int i = 0; i < 200000; i++) signs += "\u0915\u093F";
+    EXPECT_EQ(hindi(signs).size(), signs.size());
+}
+
+// --- Arabic: joining. Expected forms are in visual order, from the left.
+
+TEST(ShapeArabic, ALetterTakesItsFormFromItsNeighbours) {
+    EXPECT_EQ(arabic("\u0628"), "\uFE8F");                         // beh alone
+    EXPECT_EQ(arabic("\u0628\u0628\u0628"), "\uFE90\uFE92\uFE91"); // initial, medial, final
+    EXPECT_EQ(arabic("\u0628 \u0628"), "\uFE8F \uFE8F");           // a blank parts
+    EXPECT_EQ(arabic("\u062F\u0628"), "\uFE8F\uFEA9");             // dal joins nothing after it
+    EXPECT_EQ(arabic("\u0628\u062F\u0628"), "\uFE8F\uFEAA\uFE91"); // dal is final
+}
+
+TEST(ShapeArabic, AHamzaJoinsNothing) {
+    EXPECT_EQ(arabic("\u0621\u0628\u0628"), "\uFE90\uFE91\uFE80"); // the beh after it is initial
+    EXPECT_EQ(arabic("\u0628\u0621"), "\uFE80\uFE8F");             // the beh before it is isolated
+    EXPECT_EQ(arabic("\u0628\u0628\u0621"), "\uFE80\uFE90\uFE91"); // and final where it was joined
+}
+
+TEST(ShapeArabic, JoiningLooksThroughMarks) {
+    EXPECT_EQ(arabic("\u0628\u064E\u0628"), "\uFE90\u064E\uFE91");
+    EXPECT_EQ(arabic("\u0628\u0670\u065F\u0628"), "\uFE90\u065F\u0670\uFE91");
+    EXPECT_EQ(arabic("\u0628\u064E"), "\u064E\uFE8F");
+    EXPECT_EQ(arabic("\u0628\u0640\u0628"), "\uFE8F\u0640\uFE8F"); // a letter outside the table does part
+}
+
+TEST(ShapeArabic, LamAndAlefAreOneLetter) {
+    const struct {
+        const char *alef, *isolated, *final;
+    } rows[] = {{"\u0622", "\uFEF5", "\uFEF6"},
+                {"\u0623", "\uFEF7", "\uFEF8"},
+                {"\u0625", "\uFEF9", "\uFEFA"},
+                {"\u0627", "\uFEFB", "\uFEFC"}};
+    for (const auto& row : rows) {
+        EXPECT_EQ(arabic(std::string("\u0644") + row.alef), row.isolated);
+        EXPECT_EQ(arabic(std::string("\u0628\u0644") + row.alef), std::string(row.final) + "\uFE91");
+        EXPECT_EQ(arabic(std::string("\u0644") + row.alef + "\u0628"), std::string("\uFE8F") + row.isolated);
+    }
+}
+
+TEST(ShapeArabic, AMarkKeepsLamAndAlefApart) {
+    EXPECT_EQ(arabic("\u0644\u064E\u0627"), "\uFE8E\u064E\uFEDF"); // lam initial, alef final
+    EXPECT_EQ(arabic("\u0644\u0644\u0627"), "\uFEFC\uFEDF");       // the first of two lams is but a lam
+    EXPECT_EQ(arabic("\u0644\u0671"), "\u0671\uFEDD");             // another alef
+}
+
+// --- Arabic: direction
+
+TEST(ShapeArabic, LatinTextStaysAsItIs) {
+    for (const char* text : {"Text", "A text, with 12 words.", "(F5)", "a (b) <c>", "été 5", "1280 x 720"})
+        EXPECT_EQ(arabic(text), text);
+}
+
+TEST(ShapeArabic, OnlyNeutralsRunFromTheRight) {
+    EXPECT_EQ(arabic("   "), "   ");
+    EXPECT_EQ(arabic(". !"), "! .");
+    EXPECT_EQ(arabic("(<"), ">)");
+    EXPECT_EQ(arabic(""), "");
+}
+
+TEST(ShapeArabic, RunsStandFromTheLastToTheFirst) {
+    EXPECT_EQ(arabic("\u062F 12 \u0631"), "\uFEAD 12 \uFEA9");
+    EXPECT_EQ(arabic("\u062F ab 12"), "ab 12 \uFEA9"); // a neutral between equal sides is of that side
+    EXPECT_EQ(arabic("ab \u062F"), "\uFEA9 ab");       // one between unlike sides is right to left
+}
+
+TEST(ShapeArabic, NeutralsAtTheEndsFollowTheirOnlySide) {
+    EXPECT_EQ(arabic("\u062F!"), "!\uFEA9");
+    EXPECT_EQ(arabic("!\u062F"), "\uFEA9!");
+    EXPECT_EQ(arabic("\u062F 12!"), "12! \uFEA9");
+    EXPECT_EQ(arabic("-5 \u062F"), "\uFEA9 -5");
+}
+
+TEST(ShapeArabic, BracketsMirrorOnlyFromTheRight) {
+    EXPECT_EQ(arabic("(\u062F)"), "(\uFEA9)");
+    EXPECT_EQ(arabic("<\u062F>"), "<\uFEA9>");
+    EXPECT_EQ(arabic("[\u062F]"), "]\uFEA9["); // no other sign does
+    EXPECT_EQ(arabic("\u062F (ab)"),
+              "ab)) \uFEA9"); // the opening one parts unlike sides, the closing one not
+}
+
+TEST(ShapeArabic, NumbersKeepTheOrderOfTheirDigits) {
+    EXPECT_EQ(arabic("\u062F 1234 \u0631 56"), "56 \uFEAD 1234 \uFEA9");
+}
+
+// --- Arabic, held against FriBidi
+
+static std::u32string decode(const std::string& text) {
+    std::u32string points(text.size() + 1, U'\0');
+    const FriBidiStrIndex count = fribidi_charset_to_unicode(FRIBIDI_CHAR_SET_UTF8, text.c_str(),
+                                                             static_cast<FriBidiStrIndex>(text.size()),
+                                                             reinterpret_cast<FriBidiChar*>(points.data()));
+    points.resize(static_cast<size_t>(count));
+    return points;
+}
+
+static std::string encode(const std::u32string& points) {
+    std::string text(points.size() * 4 + 1, '\0');
+    const FriBidiStrIndex length =
+        fribidi_unicode_to_charset(FRIBIDI_CHAR_SET_UTF8, reinterpret_cast<const FriBidiChar*>(points.data()),
+                                   static_cast<FriBidiStrIndex>(points.size()), text.data());
+    text.resize(static_cast<size_t>(length));
+    return text;
+}
+
+// Joined and in visual order, in a paragraph from right to left; marks stay behind their letters' order.
+static std::string byFriBidi(const std::string& text) {
+    constexpr FriBidiFlags flags =
+        FRIBIDI_FLAG_SHAPE_MIRRORING | FRIBIDI_FLAG_SHAPE_ARAB_PRES | FRIBIDI_FLAG_SHAPE_ARAB_LIGA;
+    std::u32string points = decode(text);
+    const auto length = static_cast<FriBidiStrIndex>(points.size());
+    auto* characters = reinterpret_cast<FriBidiChar*>(points.data());
+    std::vector<FriBidiCharType> types(points.size());
+    std::vector<FriBidiBracketType> brackets(points.size());
+    std::vector<FriBidiLevel> levels(points.size());
+    std::vector<FriBidiJoiningType> joins(points.size());
+    FriBidiParType direction = FRIBIDI_PAR_RTL;
+    fribidi_get_bidi_types(characters, length, types.data());
+    fribidi_get_bracket_types(characters, length, types.data(), brackets.data());
+    EXPECT_NE(
+        fribidi_get_par_embedding_levels_ex(types.data(), brackets.data(), length, &direction, levels.data()),
+        0);
+    fribidi_get_joining_types(characters, length, joins.data());
+    fribidi_join_arabic(types.data(), length, levels.data(), joins.data());
+    fribidi_shape(flags, levels.data(), length, joins.data(), characters);
+    EXPECT_NE(
+        fribidi_reorder_line(flags, types.data(), length, 0, direction, levels.data(), characters, nullptr),
+        0);
+    std::erase(points, static_cast<char32_t>(FRIBIDI_CHAR_FILL));     // what a ligature left
+    std::replace(points.begin(), points.end(), U'\u0621', U'\uFE80'); // which it leaves, having one form only
+    return encode(points);
+}
+
+TEST(ShapeArabicAgainstFriBidi, RealWordsAreTheSame) {
+    for (const char* word :
+         {"مدينة",  "حديثة",   "السلام", "عليكم",     "كهرباء", "ماء",  "شارع",  "لا",     "الأحياء",
+          "إلغاء",  "الآن",    "سؤال",   "مسؤول",     "رئيس",   "شاطئ", "قراءة", "مستشفى", "بناء",
+          "ضرائب",  "ميزانية", "اللغة",  "الإعدادات", "طاقة",   "ظلال", "غابة",  "ذهب",    "ثلاثة",
+          "خزينة",  "قطار",    "زراعة",  "وظائف",     "هواء",   "جسر",  "صناعة", "ملآن",   "للإيجار",
+          "بالأمس", "الأولى",  "فلاح",   "سكّان",      "ابنِ",    "شرطةٌ", "دَرَجَة",  "مُدُن"})
+        EXPECT_EQ(arabic(word), byFriBidi(word)) << word;
+}
+
+TEST(ShapeArabicAgainstFriBidi, MadeUpWordsOfEveryLetterAreTheSame) {
+    std::mt19937 random(11);
+    for (int i = 0; i < 3000; i++) {
+        std::u32string word;
+        for (uint32_t length = random() % 8 + 1; length > 0; length--) {
+            const char32_t letter = U'\u0621' + random() % 42;
+            // No letters are U+063B to U+0640; alef maksura stands only at the end of words.
+            if ((letter < 0x063B || letter > 0x0640) && letter != 0x0649) word += letter;
+        }
+        if (random() % 3 == 0) word += U'\u0649';
+        EXPECT_EQ(arabic(encode(word)), byFriBidi(encode(word))) << encode(word);
+    }
+}
+
+// The two rules agree where no sign meets a Latin letter or a digit: those have weak directions of their own
+// in FriBidi's.
+static bool isPlain(const std::string& row) {
+    const std::u32string points = decode(row);
+    return std::all_of(points.begin(), points.end(), [](char32_t point) {
+        return (point >= 0x0621 && point <= 0x065F) ||
+               std::u32string(U" .,:!?()\u060C\u061B\u061F").find(point) != std::u32string::npos;
+    });
+}
+
+TEST(ShapeArabicAgainstFriBidi, RowsOfTheGameAreTheSame) {
+    constexpr int ARABIC_COLUMN = 12;
+    int compared = 0;
+    for (int id = 0; id < STRING_COUNT; id++) {
+        const std::string row = stringTable[id * LANGUAGE_COUNT + ARABIC_COLUMN];
+        if (!isPlain(row)) continue;
+        compared++;
+        EXPECT_EQ(arabic(row), byFriBidi(row)) << id << ' ' << row;
+    }
+    EXPECT_GT(compared, 200);
+}
+
+// --- Devanagari
+
+TEST(ShapeDevanagari, TheSignIStandsBeforeItsConsonant) {
+    EXPECT_EQ(hindi("\u0915\u093F"), "\u093F\u0915");
+    EXPECT_EQ(hindi("\u0939\u093F"), "\u093F\u0939");
+    EXPECT_EQ(hindi("\u0926\u093F\u0928"), "\u093F\u0926\u0928"); // दिन
+}
+
+TEST(ShapeDevanagari, TheSignIStandsBeforeAConsonantWithNukta) {
+    EXPECT_EQ(hindi("\u0921\u093C\u093F"), "\u093F\u0921\u093C");
+}
+
+TEST(ShapeDevanagari, TheSignIStandsBeforeTheLastConsonantOfACluster) {
+    EXPECT_EQ(hindi("\u0938\u094D\u0925\u093F"), "\u0938\u094D\u093F\u0925"); // स्थि
+}
+
+TEST(ShapeDevanagari, TheSignIStaysWhereNoConsonantIsBefore) {
+    EXPECT_EQ(hindi("\u093F"), "\u093F");
+    EXPECT_EQ(hindi("\u0905\u093F"), "\u0905\u093F");
+    EXPECT_EQ(hindi("a\u093F"), "a\u093F");
+    EXPECT_EQ(hindi("\u093C\u093F"), "\u093C\u093F");   // a nukta of nothing
+    EXPECT_EQ(hindi("a\u093C\u093F"), "a\u093C\u093F"); // of no consonant
+    EXPECT_EQ(hindi("\u0914\u093F"), "\u0914\u093F");   // just outside the consonants
+    EXPECT_EQ(hindi("\u093A\u093F"), "\u093A\u093F");
+}
+
+TEST(ShapeDevanagari, NothingElseMoves) {
+    EXPECT_EQ(hindi("नमस्ते Orlavane 12%"), "नमस्ते Orlavane 12%");
+    EXPECT_EQ(hindi("\u0915\u093F\u093F"), "\u093F\u093F\u0915"); // the consonant is last both times
+}
