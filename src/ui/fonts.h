@@ -24,22 +24,24 @@ struct FontSystem {
     uint8_t shapeMode = 0;   // ShapeMode
     std::string regularPath; // empty: there is no font, and nothing is measured or drawn
     std::string boldPath;
-    std::string latinPath; // of the Latin words, where the language's font has no Latin letters; else empty
-    std::string latinBoldPath;
     std::map<int32_t, TTF_Font*> sizedFonts; // by size * 2 + bold; null for a size that does not open
-    std::map<int32_t, TTF_Font*> latinFonts; // the same of the Latin words
     std::unordered_map<std::string, TextRun> runCache;
     uint8_t ttfReady = 0;
 
-    // What has been measured, by size, weight and text, so that a screen measures no text twice. Emptied with
-    // the language, and when it has grown large.
+    // Of the Latin words, where the language's font has no Latin letters; else empty.
+    std::string latinPath;
+    std::string latinBoldPath;
+    std::map<int32_t, TTF_Font*> latinFonts; // as sizedFonts
+
+    // What was measured, by size, weight and text, so that a screen measures no text twice. Emptied with the
+    // language, and when it has grown large.
     std::unordered_map<std::string, int> widths;
     std::unordered_map<std::string, int> fittedSizes;
     std::unordered_map<std::string, std::vector<std::string>> paragraphs; // the lines of each
     size_t measuredBytes = 0;                                             // in these three, about
 
-    std::string
-        key; // of the last look-up: its memory is kept, so that a text known already allocates nothing
+    // The key of the last look-up. Its memory is kept, so that a text that is known allocates nothing.
+    std::string key;
 };
 
 // Takes the fonts of English. True when there is one; without one the game goes on and draws no text. `log`,
@@ -52,7 +54,7 @@ void fontsSetLanguage(FontSystem& fonts, int language);
 // Deletes the cached textures.
 void fontsClearRuns(FontSystem& fonts);
 
-// Sizes are in pixels, as the drawing layer counts them. Null when it cannot be opened; that is every size
+// Sizes are in pixels, as the drawing layer counts them. Null when the font cannot be opened, as with a size
 // below 1 or above LARGEST_FONT_SIZE.
 constexpr int LARGEST_FONT_SIZE = 256;
 TTF_Font* fontAt(FontSystem& fonts, int size, bool bold);
@@ -66,8 +68,8 @@ int fontsLineSkip(FontSystem& fonts, int size, bool bold);
 // a run is missing from a cache of more than 900.
 TextRun fontsRenderRun(FontSystem& fonts, const char* text, int size, uint32_t color, bool bold);
 
-// For what else is remembered of texts: begins the key of a look-up with size and weight, the caller appends
-// the rest; and makes room before an entry of about so many bytes is added.
+// For what is remembered of texts. The first begins the key of a look-up with size and weight, and the caller
+// appends the rest; the last makes room for an entry of about so many bytes.
 std::string& fontsKey(FontSystem& fonts, int size, bool bold);
 void appendNumber(std::string& text, long long number);
 void fontsMakeRoom(FontSystem& fonts, size_t bytes);

@@ -1,5 +1,6 @@
-// Arabic and Devanagari in the order and the forms in which they are drawn. The text library is used without
-// a shaping engine, so that the game looks the same wherever it was built.
+// Arabic and Devanagari in the order and the forms in which they are drawn, so that the game looks the same
+// wherever it was built. The text library only sets one character after the other from the left: also where
+// it is linked with a shaping engine, it names that neither a script nor a direction.
 #pragma once
 
 #include <cstdint>

@@ -2,6 +2,7 @@
 
 #include "ui/strings.h"
 
+#include <SDL_ttf.h>
 #include <fribidi.h>
 #include <gtest/gtest.h>
 
@@ -242,6 +243,38 @@ TEST(ShapeArabicAgainstFriBidi, RowsOfTheGameAreTheSame) {
         EXPECT_EQ(arabic(row), byFriBidi(row)) << id << ' ' << row;
     }
     EXPECT_GT(compared, 200);
+}
+
+// --- The text library
+
+// Columns of a picture, as alpha from the top.
+static std::vector<std::vector<uint32_t>> columnsOf(TTF_Font* font, const char* text) {
+    std::vector<std::vector<uint32_t>> columns;
+    SDL_Surface* picture = TTF_RenderUTF8_Blended(font, text, {255, 255, 255, 255});
+    for (int x = 0; x < picture->w; x++) {
+        columns.emplace_back();
+        for (int y = 0; y < picture->h; y++) {
+            const auto* row =
+                static_cast<const uint8_t*>(picture->pixels) + static_cast<ptrdiff_t>(y) * picture->pitch;
+            columns.back().push_back(reinterpret_cast<const uint32_t*>(row)[x] >> 24);
+        }
+    }
+    SDL_FreeSurface(picture);
+    return columns;
+}
+
+TEST(TextLibrary, NeitherOrdersNorJoinsWhatItIsGiven) {
+    ASSERT_EQ(TTF_Init(), 0);
+    TTF_Font* font = TTF_OpenFont("/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf", 32);
+    ASSERT_NE(font, nullptr);
+    for (const auto& [left, right] : {std::pair("\uFE8F", "\uFE8D"), std::pair("\u0628", "\u0627")}) {
+        auto both = columnsOf(font, left);
+        const auto second = columnsOf(font, right);
+        both.insert(both.end(), second.begin(), second.end());
+        EXPECT_TRUE(columnsOf(font, (std::string(left) + right).c_str()) == both) << left;
+    }
+    TTF_CloseFont(font);
+    TTF_Quit();
 }
 
 // --- Devanagari
