@@ -12,7 +12,9 @@ MAY_INCLUDE = {
     "app": {"sim", "view", "audio", "maintenance", "ui", "app"},
 }
 PLAIN_RECORDS = {"app/input.h", "app/settings.h"}  # anyone may read them, and they include nothing of ours
-MAY_SEE_THE_APP = {"view/picking.h", "view/picking.cpp"}
+# Each sees the whole App and draws itself in it; nothing includes a screen but the frame that shows it.
+SCREENS = {"ui/settings_screen", "ui/title_screen"}
+MAY_SEE_THE_APP = {"view/picking.h", "view/picking.cpp"} | {screen + ".cpp" for screen in SCREENS}
 
 
 def includes_of(path):
@@ -36,6 +38,9 @@ def main(root):
             elif target.split("/")[0] not in MAY_INCLUDE[folder] and target not in PLAIN_RECORDS \
                     and source not in MAY_SEE_THE_APP:
                 wrong.append(f"{source} includes {target}")
+            elif target.removesuffix(".h") in SCREENS \
+                    and source not in ("app/frame.cpp", target.removesuffix(".h") + ".cpp"):
+                wrong.append(f"{source} includes the screen {target}")
             elif source in included.get(target, []):
                 wrong.append(f"{source} and {target} include each other")
     print("\n".join(wrong) or f"{len(sources)} sources keep the rule")

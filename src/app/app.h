@@ -22,6 +22,13 @@ enum Screen : uint8_t {
     SCREEN_END
 };
 
+enum LauncherPage : uint8_t {
+    LAUNCHER_MAIN,
+    LAUNCHER_FILES,
+    LAUNCHER_DELETE_SAVE, // asks
+    LAUNCHER_UNINSTALL    // asks
+};
+
 enum Panel : uint8_t {
     PANEL_NONE,
     PANEL_BUDGET,
@@ -62,7 +69,7 @@ struct App {
     Screen returnScreen = SCREEN_TITLE; // where the settings screen leads back to
     bool saveExists = false;
     bool paused = false; // the pause menu is open
-    int32_t launcherPage = 0;
+    LauncherPage launcherPage = LAUNCHER_MAIN;
     int32_t tutorialStep = -1; // -1 while the guided tour does not run
 
     uint8_t currentTool = 0;                 // Tool

@@ -123,7 +123,7 @@ static void applyTutorial(App& app, std::string_view value) {
 
 static void applyLauncher(App& app, std::string_view value) {
     app.screen = SCREEN_LAUNCHER;
-    app.launcherPage = indexIn({"files", "saves", "uninstall"}, value) + 1;
+    app.launcherPage = static_cast<LauncherPage>(indexIn({"files", "saves", "uninstall"}, value) + 1);
 }
 
 static void applyDistrict(App& app, std::string_view value) { readInt(value, app.paintDistrict); }

@@ -1,6 +1,9 @@
 #include "app/frame.h"
 
 #include "app/session.h"
+#include "ui/settings_screen.h"
+#include "ui/title_screen.h"
+#include "ui/ui_shapes.h"
 #include "view/picking.h"
 #include "view/rebuild.h"
 
@@ -47,6 +50,9 @@ static void stepScreen(App& app, const Input& input, float dt) {
             updateTitleView(app, dt);
         break;
     case SCREEN_LAUNCHER:
+        if (input.keysPressed[KEY_ESC]) app.launcherPage = LAUNCHER_MAIN;
+        updateTitleView(app, dt);
+        break;
     case SCREEN_TITLE:
         updateTitleView(app, dt);
         break;
@@ -68,6 +74,30 @@ static void drawPicture(App& app, const Input& input) {
     renderFrame(app.renderer, params, app.meshes);
 }
 
+// Takes the screen behind the options back a little.
+static void dimWindow(Ui& ui) {
+    const UiRect window = {0.0f, 0.0f, static_cast<float>(ui.screenW), static_cast<float>(ui.screenH)};
+    uiRect(ui, window, {0.0f, 0.0f, 0.0f, 0.35f});
+}
+
+static void drawInterface(App& app, const Input& input) {
+    switch (app.screen) {
+    case SCREEN_LAUNCHER:
+
+        break;
+    case SCREEN_TITLE:
+        drawTitleScreen(app, input);
+        break;
+    case SCREEN_SETTINGS:
+        if (app.returnScreen == SCREEN_GAME) dimWindow(app.ui);
+        drawOptionsScreen(app, input);
+        break;
+    case SCREEN_GAME:
+    case SCREEN_END:
+        break;
+    }
+}
+
 bool stepFrame(App& app, const Input& input, float dt) {
     dt = std::min(dt, LONGEST_STEP);
     updateFrameStats(app.frameStats, dt);
@@ -81,6 +111,7 @@ bool stepFrame(App& app, const Input& input, float dt) {
     stepScreen(app, input, dt);
     drawPicture(app, input);
     uiBeginFrame(app.ui, input.drawableWidth, input.drawableHeight, input);
+    drawInterface(app, input);
     uiFlush(app.ui);
 
     app.camera.previousInput = input;

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <string>
 
+int uiFontSize(const Ui& ui, float size) { return static_cast<int>(size * uiScale(ui)); }
+
 float uiTextWidth(Ui& ui, const char* text, int size, bool bold) {
     return static_cast<float>(fontsMeasure(*ui.fonts, text, size, bold));
 }

@@ -9,6 +9,9 @@ enum UiAlign {
     ALIGN_RIGHT
 };
 
+// A text size of the screens' layouts, which count at a window 720 high, in the whole pixels of this window.
+int uiFontSize(const Ui& ui, float size);
+
 float uiTextWidth(Ui& ui, const char* text, int size, bool bold = false);
 // From line to line; `size` without a font.
 float uiLineHeight(Ui& ui, int size, bool bold = false);

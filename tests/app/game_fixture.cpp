@@ -8,6 +8,7 @@
 
 GameTest::GameTest() {
     gl.recording = false;
+    app.ui.fonts = &app.fonts; // without a font, so that nothing is written
     const auto* test = testing::UnitTest::GetInstance()->current_test_info();
     folder = testing::TempDir() + test->test_suite_name() + "." + test->name() + "/";
     std::filesystem::remove_all(folder);
