@@ -74,6 +74,32 @@ static void nothingChanged(benchmark::State& state) {
     for (auto _ : state) benchmark::DoNotOptimize(updateBuildingMeshCache(cache, city));
 }
 
+// One model alone: its time and its vertices.
+static void oneModel(benchmark::State& state) {
+    BuildingLook look;
+    look.x = look.y = 48;
+    look.kind = static_cast<uint8_t>(state.range(0));
+    look.level = static_cast<uint8_t>(state.range(1));
+    look.progress = static_cast<float>(state.range(2)) / 100.0f;
+    MeshBuilder builder;
+    for (auto _ : state) {
+        builder.clear();
+        addBuildingLook(builder, look);
+        benchmark::DoNotOptimize(builder.data());
+    }
+    state.counters["vertices"] = static_cast<double>(builder.size());
+}
+
+static void everyModel(benchmark::internal::Benchmark* benchmark) {
+    benchmark->ArgNames({"kind", "level", "progress"});
+    for (int kind = KIND_HOMES; kind < KIND_COUNT; kind++)
+        for (int level = 1; level <= (kind <= KIND_FACTORY ? 3 : 1); level++)
+            benchmark->Args({kind, level, 100});
+    for (const int progress : {0, 30, 90})
+        for (const int kind : {KIND_HOMES, KIND_OFFICE_TOWER}) benchmark->Args({kind, 3, progress});
+}
+
+BENCHMARK(oneModel)->Apply(everyModel);
 BENCHMARK(fromNothing)->ArgName("big")->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
 BENCHMARK(oneLevelChanged)->ArgName("big")->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
 BENCHMARK(scatteredLevelsChanged)->ArgName("big")->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
