@@ -13,8 +13,13 @@ MAY_INCLUDE = {
 }
 PLAIN_RECORDS = {"app/input.h", "app/settings.h"}  # anyone may read them, and they include nothing of ours
 # Each sees the whole App and draws itself in it; nothing includes a screen but the frame that shows it.
-SCREENS = {"ui/settings_screen", "ui/title_screen"}
-MAY_SEE_THE_APP = {"view/picking.h", "view/picking.cpp"} | {screen + ".cpp" for screen in SCREENS}
+SCREENS = {"ui/end_screen", "ui/game_screen", "ui/settings_screen", "ui/title_screen"}
+PARTS_OF_SCREENS = {"ui/" + name for name in (
+    "bottom_bar", "budget_panel", "city_overview", "district_panel", "finance_panel", "hud_layout", "inspectors",
+    "pause_menu", "right_panel", "statistics_panel", "tool_panel", "top_bar", "tutorial")}
+AROUND_THE_GAME = {"maintenance/game_files", "maintenance/uninstall", "maintenance/update"}
+MAY_SEE_THE_APP = {"view/picking.h", "view/picking.cpp"} | {
+    part + ".cpp" for part in SCREENS | PARTS_OF_SCREENS | AROUND_THE_GAME}
 
 
 def includes_of(path):

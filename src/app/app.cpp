@@ -35,6 +35,9 @@ bool appInit(App& app, const std::string& prefPath, std::string& error) {
     setCurrentLanguage(app.settings.language < 0 ? preferredLanguage() : app.settings.language);
     fontsInit(app.fonts, &error);
     fontsSetLanguage(app.fonts, currentLanguage());
+    audioInit(app.audio, &error);
+    audioLoadMusic(app.audio, programFolder(), &error);
+    applyVolumes(app);
     if (!uiInit(app.ui, app.fonts, &error)) return false;
     app.logoTexture = makeLogoTexture(LOGO_SIZE, &app.logoWidth, &app.logoHeight);
     if (!initRenderer(app.renderer, &error)) return false;
@@ -45,6 +48,7 @@ bool appInit(App& app, const std::string& prefPath, std::string& error) {
     app.exePath = app.exeDir + EXECUTABLE_NAME;
     app.screen = SCREEN_LAUNCHER;
     app.initialised = true;
+    updateStartCheck(app);
     return true;
 }
 
@@ -56,6 +60,7 @@ static void destroyMeshes(WorldMeshes& meshes) {
 }
 
 void appShutdown(App& app) {
+    audioShutdown(app.audio);
     destroyMeshes(app.meshes);
     destroyRenderer(app.renderer);
     if (app.logoTexture) gl.DeleteTextures(1, &app.logoTexture);
@@ -71,9 +76,12 @@ void chooseLanguage(App& app, int language) {
     fontsClearRuns(app.fonts);
 }
 
+void applyVolumes(App& app) {
+    audioSetVolumes(app.audio, static_cast<float>(app.settings.musicVolume) / 100.0f,
+                    static_cast<float>(app.settings.sfxVolume) / 100.0f);
+}
+
 bool showsCityInPlay(const App& app) {
     return app.screen == SCREEN_GAME || app.screen == SCREEN_END ||
            (app.screen == SCREEN_SETTINGS && app.returnScreen == SCREEN_GAME);
 }
-
-bool pointerOverHud(const App& app, const Input&) { return app.screen != SCREEN_GAME || app.paused; }

@@ -4,6 +4,7 @@
 #include "app/input.h"
 #include "app/settings.h"
 #include "audio/audio_engine.h"
+#include "maintenance/game_files.h"
 #include "maintenance/update.h"
 #include "sim/city.h"
 #include "ui/ui_batch.h"
@@ -12,7 +13,9 @@
 #include "view/street_life.h"
 #include "view/world_meshes.h"
 
+#include <memory>
 #include <string>
+#include <vector>
 
 enum Screen : uint8_t {
     SCREEN_LAUNCHER,
@@ -58,6 +61,7 @@ struct App {
     Camera camera;
     StreetLife streetLife;
     AudioEngine audio;
+    MusicMode musicMode = MUSIC_OFF; // last asked for
     FontSystem fonts;
     Ui ui;
     GLuint logoTexture = 0;
@@ -71,6 +75,7 @@ struct App {
     bool paused = false; // the pause menu is open
     LauncherPage launcherPage = LAUNCHER_MAIN;
     int32_t tutorialStep = -1; // -1 while the guided tour does not run
+    UiRect tutorialCard = {};  // of the running step, all zero after the tour
 
     uint8_t currentTool = 0;                 // Tool
     uint8_t currentCategory = 0;             // ToolCategory
@@ -100,7 +105,9 @@ struct App {
     uint32_t lastEventCount = 0;
 
     UpdateState updateState = UPDATE_IDLE;
-    UpdateManifest updateManifest; // the last one accepted
+    UpdateManifest updateManifest;          // the last one accepted
+    std::shared_ptr<UpdateTask> updateTask; // null while none runs
+    std::vector<GameFile> gameFiles;        // empty until the launcher shows them
 
     FrameStats frameStats;
     uint64_t firstFrameCounter = 0; // performance counter at the first frame, 0 before it
@@ -117,8 +124,8 @@ void appShutdown(App& app);
 // The player's choice of a language, 0 to LANGUAGE_COUNT - 1: all texts change at once.
 void chooseLanguage(App& app, int language);
 
-// True when the pointer stands on the interface, so that the tools must ignore it.
-bool pointerOverHud(const App& app, const Input& input);
+// Makes the volumes of the settings heard, after every change of them.
+void applyVolumes(App& app);
 
 // True on the game screen, at its end, and in settings opened from the game: the picture shows the city in
 // play.

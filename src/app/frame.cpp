@@ -1,9 +1,11 @@
 #include "app/frame.h"
 
 #include "app/session.h"
+#include "ui/end_screen.h"
+#include "ui/game_screen.h"
 #include "ui/settings_screen.h"
 #include "ui/title_screen.h"
-#include "ui/ui_shapes.h"
+#include "ui/ui_widgets.h"
 #include "view/picking.h"
 #include "view/rebuild.h"
 
@@ -23,6 +25,20 @@ static void updateFrameStats(FrameStats& stats, float dt) {
     stats.framesPerSecond = static_cast<float>(stats.frames) / stats.timer;
     stats.timer = 0.0f;
     stats.frames = 0;
+}
+
+// The options opened from the game keep its music; the end of a game is back among the menus.
+static MusicMode wantedMusicMode(const App& app) {
+    const bool inGame =
+        app.screen == SCREEN_GAME || (app.screen == SCREEN_SETTINGS && app.returnScreen == SCREEN_GAME);
+    return inGame ? MUSIC_GAME : MUSIC_MENU;
+}
+
+static void chooseMusic(App& app) {
+    const MusicMode mode = wantedMusicMode(app);
+    if (mode == app.musicMode) return;
+    audioSetMusicMode(app.audio, mode);
+    app.musicMode = mode;
 }
 
 // The slowly turning land behind the menus.
@@ -51,8 +67,7 @@ static void stepScreen(App& app, const Input& input, float dt) {
         break;
     case SCREEN_LAUNCHER:
         if (input.keysPressed[KEY_ESC]) app.launcherPage = LAUNCHER_MAIN;
-        updateTitleView(app, dt);
-        break;
+        [[fallthrough]];
     case SCREEN_TITLE:
         updateTitleView(app, dt);
         break;
@@ -74,28 +89,33 @@ static void drawPicture(App& app, const Input& input) {
     renderFrame(app.renderer, params, app.meshes);
 }
 
-// Takes the screen behind the options back a little.
-static void dimWindow(Ui& ui) {
-    const UiRect window = {0.0f, 0.0f, static_cast<float>(ui.screenW), static_cast<float>(ui.screenH)};
-    uiRect(ui, window, {0.0f, 0.0f, 0.0f, 0.35f});
-}
-
-static void drawInterface(App& app, const Input& input) {
+static void drawScreen(App& app, const Input& input) {
     switch (app.screen) {
     case SCREEN_LAUNCHER:
-
         break;
     case SCREEN_TITLE:
         drawTitleScreen(app, input);
         break;
     case SCREEN_SETTINGS:
-        if (app.returnScreen == SCREEN_GAME) dimWindow(app.ui);
+        if (app.returnScreen == SCREEN_GAME) {
+            drawGameScreen(app, input);
+            uiDimWindow(app.ui, 0.35f);
+        }
         drawOptionsScreen(app, input);
         break;
     case SCREEN_GAME:
+        drawGameScreen(app, input);
+        break;
     case SCREEN_END:
+        drawGameScreen(app, input);
+        drawEndScreen(app, input);
         break;
     }
+}
+
+static void drawInterface(App& app, const Input& input) {
+    drawScreen(app, input);
+    drawFpsLabel(app, input);
 }
 
 bool stepFrame(App& app, const Input& input, float dt) {
@@ -108,6 +128,8 @@ bool stepFrame(App& app, const Input& input, float dt) {
         saveSettings(app.settings, app.settingsPath);
         app.displayDirty = true;
     }
+    updatePoll(app);
+    chooseMusic(app);
     stepScreen(app, input, dt);
     drawPicture(app, input);
     uiBeginFrame(app.ui, input.drawableWidth, input.drawableHeight, input);

@@ -8,6 +8,7 @@
 #include "app/window_icon.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 
 constexpr const char* PROGRAM_NAME = "Orlavane";
@@ -148,6 +149,13 @@ static bool startSdl() {
     return false;
 }
 
+// A worker that is at the network cannot be waited for, and would not survive what libraries clear away on the
+// usual way out.
+[[noreturn]] static void endProcess() {
+    std::fflush(nullptr);
+    std::_Exit(0);
+}
+
 int runProgram(GlLoader loader) {
     if (!startSdl()) {
         showFailure(nullptr, std::string("SDL could not start: ") + SDL_GetError());
@@ -182,5 +190,6 @@ int runProgram(GlLoader loader) {
 
     appShutdown(*app);
     closeWindow(window);
+    if (updateUnderWay(*app)) endProcess();
     return 0;
 }

@@ -2,6 +2,7 @@
 
 #include "sim/build_tools.h"
 #include "sim/grid_line.h"
+#include "ui/hud_layout.h"
 #include "view/hover.h"
 #include "view/picking.h"
 

@@ -1,6 +1,41 @@
-// The only door to the operating system besides SDL: platform_linux.cpp and platform_windows.cpp stand behind
-// it.
+// The only door to the operating system besides SDL: platform_linux.cpp with http_linux.cpp, or
+// platform_windows.cpp, stand behind it.
 #pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <string>
 
 // File name of the game's executable in the program's folder.
 extern const char* const EXECUTABLE_NAME;
+// The characters that part the folders of a path.
+extern const char* const PATH_SEPARATORS;
+
+// A file of that name in the temporary folder.
+std::string temporaryPath(const std::string& name);
+
+// Opens a new file for writing, in place of an earlier file or link but of nothing else. What stood there is
+// removed and not written through, so that nobody can have laid a link or kept the file open. nullptr on
+// failure.
+std::FILE* createFile(const std::string& path);
+
+// Opens a folder in the system's own browser, or starts a program; `hidden` without a window. It outlives the
+// game. False if it could not be started.
+bool shellOpen(const std::string& path, bool hidden);
+
+// Starts the script that removes the game's folder and its shortcuts once the game has ended. False if
+// nothing has begun.
+bool startRemoval(const std::string& exeDir);
+
+// How far httpFetch goes. The defaults are the game's; tests are less patient.
+struct HttpOptions {
+    int timeoutMs = 10000; // to connect, and then without any data
+    uint64_t fileLimit = 512 * 1024 * 1024;
+    std::string certificates; // a file with the authorities to trust, empty for the system's
+};
+constexpr size_t HTTP_BODY_LIMIT = 65536;
+
+// HTTP GET into a text (unless null) and into a file (unless empty). True only for status 200 and a whole
+// body within the limits; after a failure the file is gone. Nothing comes from a cache or goes into one.
+bool httpFetch(const std::string& url, std::string* body, const std::string& filePath,
+               const HttpOptions& options = {});

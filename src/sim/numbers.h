@@ -17,6 +17,13 @@ inline int32_t wholePart(float value) {
     return value == value ? static_cast<int32_t>(value) : 0;
 }
 
+// Of sums of money.
+inline int64_t wholePart64(double value) {
+    if (value >= 9223372036854775808.0) return std::numeric_limits<int64_t>::max();
+    if (value < -9223372036854775808.0) return std::numeric_limits<int64_t>::min();
+    return value == value ? static_cast<int64_t>(value) : 0;
+}
+
 inline int32_t saturated(int64_t value) {
     if (value > std::numeric_limits<int32_t>::max()) return std::numeric_limits<int32_t>::max();
     if (value < std::numeric_limits<int32_t>::min()) return std::numeric_limits<int32_t>::min();

@@ -112,9 +112,11 @@ static void clickRow(App& app, int row) {
         break;
     case ROW_MUSIC:
         settings.musicVolume = nextVolume(settings.musicVolume);
+        applyVolumes(app);
         break;
     case ROW_EFFECTS:
         settings.sfxVolume = nextVolume(settings.sfxVolume);
+        applyVolumes(app);
         break;
     default:
         chooseLanguage(app, (languageIndex(settings) + 1) % LANGUAGE_COUNT);
@@ -151,8 +153,7 @@ void drawOptionsScreen(App& app, const Input&) {
     uiGradientRect(ui, {0.0f, 0.0f, width, height}, {0.0f, 0.0f, 0.0f, 0.35f}, {0.0f, 0.0f, 0.0f, 0.75f});
 
     const UiRect panel = {cx - 310.0f * s, (height - 610.0f * s) / 2.0f, 620.0f * s, 610.0f * s};
-    uiRoundRect(ui, panel, 12.0f * s, colPanel);
-    uiFrame(ui, panel, 2.0f * s, colFrame);
+    uiPanel(ui, panel, 12.0f * s, 2.0f * s);
     uiText(ui, cx, panel.y + 22.0f * s, tr(STR_SETTINGS), uiFontSize(ui, 34.0f), colGold, ALIGN_CENTER, true);
 
     const int font = uiFontSize(ui, 19.0f);

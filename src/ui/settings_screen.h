@@ -2,8 +2,7 @@
 // once; there is nothing to apply and nothing to cancel.
 #pragma once
 
-#include "app/input.h"
-
 struct App;
+struct Input;
 
 void drawOptionsScreen(App& app, const Input& input);

@@ -1,8 +1,7 @@
 // The title screen, the way into a city. It stands over the slowly turning land.
 #pragma once
 
-#include "app/input.h"
-
 struct App;
+struct Input;
 
 void drawTitleScreen(App& app, const Input& input);

@@ -87,4 +87,6 @@ void uiBatch(Ui& ui, uint32_t texture, uint32_t vertexCount) {
         ui.commands.push_back({texture, static_cast<uint32_t>(ui.vertices.size()), vertexCount});
 }
 
-float uiScale(const Ui& ui) { return std::clamp(static_cast<float>(ui.screenH) / 720.0f, 0.75f, 2.0f); }
+float uiScale(const Ui& ui) { return uiScale(ui.screenH); }
+
+float uiScale(int screenH) { return std::clamp(static_cast<float>(screenH) / 720.0f, 0.75f, 2.0f); }

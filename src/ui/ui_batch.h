@@ -18,6 +18,10 @@ struct UiRect {
     float x, y, w, h; // window pixels, origin at the top left
 };
 
+inline bool contains(UiRect rect, float x, float y) {
+    return rect.x <= x && x < rect.x + rect.w && rect.y <= y && y < rect.y + rect.h;
+}
+
 struct UiColor {
     float r, g, b, a;
 };
@@ -78,3 +82,4 @@ void uiBatch(Ui& ui, uint32_t texture, uint32_t vertexCount);
 
 // The scale of every length on the screens: 1 in a window 720 pixels high, 0.75 to 2.
 float uiScale(const Ui& ui);
+float uiScale(int screenH);

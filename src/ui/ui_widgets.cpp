@@ -12,10 +12,6 @@ struct ButtonState {
     bool clicked = false;
 };
 
-static bool contains(UiRect rect, float x, float y) {
-    return rect.x <= x && x < rect.x + rect.w && rect.y <= y && y < rect.y + rect.h;
-}
-
 // Who holds the mouse, and what it does to this button: the one place that decides it.
 static ButtonState buttonState(Ui& ui, uint32_t id, UiRect rect, bool enabled) {
     ButtonState state;
@@ -66,6 +62,16 @@ bool uiButton(Ui& ui, uint32_t id, UiRect rect, const char* label, bool enabled,
     const int fitted = uiFitFontSize(ui, label, size, rect.w - 16.0f, bold);
     uiTextInRect(ui, rect, label, fitted, labelColor(enabled, primary), ALIGN_CENTER, 8.0f, bold);
     return state.clicked;
+}
+
+void uiPanel(Ui& ui, UiRect rect, float radius, float frameThickness) {
+    uiRoundRect(ui, rect, radius, colPanel);
+    uiFrame(ui, rect, frameThickness, colFrame);
+}
+
+void uiDimWindow(Ui& ui, float alpha) {
+    const UiRect window = {0.0f, 0.0f, static_cast<float>(ui.screenW), static_cast<float>(ui.screenH)};
+    uiRect(ui, window, {0.0f, 0.0f, 0.0f, alpha});
 }
 
 void uiProgressBar(Ui& ui, UiRect rect, float fraction, UiColor fillColor, UiColor trackColor) {

@@ -7,6 +7,11 @@
 bool uiButton(Ui& ui, uint32_t id, UiRect rect, const char* label, bool enabled, bool primary, int size,
               bool bold = false);
 
+// The body and the frame that all panels and cards share.
+void uiPanel(Ui& ui, UiRect rect, float radius, float frameThickness);
+// Takes what is drawn so far back behind what comes.
+void uiDimWindow(Ui& ui, float alpha);
+
 // `fraction` 0 to 1; anything above 0 shows as a full pill at least.
 void uiProgressBar(Ui& ui, UiRect rect, float fraction, UiColor fillColor, UiColor trackColor);
 constexpr UiColor colTrack = {0.20f, 0.19f, 0.18f, 1.0f}; // the usual track

@@ -60,6 +60,32 @@ TEST(StateString, ScreensByTheirNames) {
     EXPECT_EQ(stateApplied("screen=nowhere").screen, SCREEN_LAUNCHER);
 }
 
+TEST(StateString, TheLaunchersPagesByTheirNames) {
+    EXPECT_EQ(stateApplied("launcher=files").launcherPage, 1);
+    EXPECT_EQ(stateApplied("launcher=saves").launcherPage, 2);
+    EXPECT_EQ(stateApplied("launcher=uninstall").launcherPage, 3);
+    EXPECT_EQ(stateApplied("launcher=files,launcher=other").launcherPage, 0);
+    EXPECT_EQ(stateApplied("screen=title,launcher=saves").screen, SCREEN_LAUNCHER);
+}
+
+TEST(StateString, TheLaunchersFilesAreReadWhenTheirPageIsOpened) {
+    App app;
+    app.exeDir = "/bin/";
+    applyStateString(app, "launcher=saves");
+    EXPECT_TRUE(app.gameFiles.empty());
+    applyStateString(app, "launcher=files");
+    EXPECT_FALSE(app.gameFiles.empty());
+}
+
+TEST(StateString, TheUpdateStatesByTheirNames) {
+    EXPECT_EQ(stateApplied("update=checking").updateState, UPDATE_CHECKING);
+    EXPECT_EQ(stateApplied("update=current").updateState, UPDATE_CURRENT);
+    EXPECT_EQ(stateApplied("update=offline").updateState, UPDATE_OFFLINE);
+    const App newer = stateApplied("update=newer,update=downloading");
+    EXPECT_EQ(newer.updateState, UPDATE_NEWER);
+    EXPECT_EQ(newer.updateManifest.version, "0.2");
+}
+
 TEST(StateString, SettingsLeadBackToTheGameOnlyFromTheGame) {
     App app;
     applyStateString(app, "screen=settings");

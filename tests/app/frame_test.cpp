@@ -54,6 +54,33 @@ TEST_F(FrameTest, F11FlipsFullScreenOnEveryScreenAndSavesItAtOnce) {
     }
 }
 
+TEST_F(FrameTest, EscapeClosesTheLaunchersPageAndNothingElse) {
+    app.screen = SCREEN_LAUNCHER;
+    for (int page = 0; page < 4; page++) {
+        app.launcherPage = page;
+        step(0.01f);
+        EXPECT_EQ(app.launcherPage, page);
+        input.keysPressed[KEY_ESC] = 1;
+        EXPECT_TRUE(step(0.01f));
+        EXPECT_EQ(app.launcherPage, 0);
+        EXPECT_EQ(app.screen, SCREEN_LAUNCHER);
+    }
+}
+
+TEST_F(FrameTest, AFinishedUpdateTaskIsTakenUpOnEveryScreen) {
+    for (const Screen screen : {SCREEN_LAUNCHER, SCREEN_TITLE, SCREEN_SETTINGS, SCREEN_GAME, SCREEN_END}) {
+        app.screen = screen;
+        app.updateState = UPDATE_CHECKING;
+        app.updateTask = std::make_shared<UpdateTask>();
+        EXPECT_TRUE(step(0.01f));
+        EXPECT_EQ(app.updateState, UPDATE_CHECKING) << screen;
+        app.updateTask->done = 1;
+        EXPECT_TRUE(step(0.01f));
+        EXPECT_EQ(app.updateState, UPDATE_OFFLINE) << screen;
+        EXPECT_EQ(app.updateTask, nullptr) << screen;
+    }
+}
+
 TEST_F(FrameTest, TheMenusShowTheTurningLand) {
     for (const Screen screen : {SCREEN_LAUNCHER, SCREEN_TITLE, SCREEN_SETTINGS}) {
         app.screen = screen;
@@ -80,6 +107,56 @@ TEST_F(FrameTest, OptionsOpenedFromTheGameAndTheEndScreenKeepItsView) {
         EXPECT_EQ(app.dayTimer, 0.0f);
         EXPECT_EQ(app.city.cellDirty[0], 0); // what is stale is still rebuilt
     }
+}
+
+TEST_F(FrameTest, TheGameAndItsOptionsPlayTheGamesMusicAndEveryOtherScreenTheMenus) {
+    const auto modeOn = [&](Screen screen, Screen returnScreen) {
+        app.screen = screen;
+        app.returnScreen = returnScreen;
+        step(0.01f);
+        return app.audio.music.mode;
+    };
+    EXPECT_EQ(modeOn(SCREEN_LAUNCHER, SCREEN_TITLE), MUSIC_MENU);
+    EXPECT_EQ(modeOn(SCREEN_TITLE, SCREEN_TITLE), MUSIC_MENU);
+    EXPECT_EQ(modeOn(SCREEN_SETTINGS, SCREEN_TITLE), MUSIC_MENU);
+    EXPECT_EQ(modeOn(SCREEN_GAME, SCREEN_TITLE), MUSIC_GAME);
+    EXPECT_EQ(modeOn(SCREEN_SETTINGS, SCREEN_GAME), MUSIC_GAME);
+    EXPECT_EQ(modeOn(SCREEN_END, SCREEN_GAME), MUSIC_MENU);
+}
+
+TEST_F(FrameTest, MusicIsAskedForOnlyWhenItChanges) {
+    app.screen = SCREEN_TITLE;
+    step(0.01f);
+    EXPECT_EQ(app.musicMode, MUSIC_MENU);
+    app.audio.music.mode = MUSIC_OFF; // whatever becomes of the player
+    step(0.01f);
+    EXPECT_EQ(app.audio.music.mode, MUSIC_OFF);
+    app.screen = SCREEN_GAME;
+    step(0.01f);
+    EXPECT_EQ(app.audio.music.mode, MUSIC_GAME);
+}
+
+TEST_F(FrameTest, ANewScreensMusicBeginsWithItsFirstWholeFrame) {
+    app.city.bankrupt = 1;
+    step(0.01f);
+    EXPECT_EQ(app.screen, SCREEN_END);
+    EXPECT_EQ(app.audio.music.mode, MUSIC_GAME);
+    step(0.01f);
+    EXPECT_EQ(app.audio.music.mode, MUSIC_MENU);
+}
+
+TEST_F(FrameTest, WithoutADeviceTheMusicIsOff) {
+    app.audio.device = 0;
+    step(0.01f);
+    EXPECT_EQ(app.audio.music.mode, MUSIC_OFF);
+}
+
+TEST_F(FrameTest, VolumesArePercentOfTheSettings) {
+    app.settings.musicVolume = 25;
+    app.settings.sfxVolume = 100;
+    applyVolumes(app);
+    EXPECT_EQ(app.audio.musicVolume, 0.25f);
+    EXPECT_EQ(app.audio.sfxVolume, 1.0f);
 }
 
 TEST_F(FrameTest, TheLoopEndsWhenThePlayerQuits) {

@@ -4,7 +4,26 @@
 #include "sim/city_helpers.h"
 #include "view/picking.h"
 
+#include <SDL.h>
+
+#include <algorithm>
 #include <filesystem>
+
+// Opened and never started, one for all tests: voices start, and no audio thread plays them to their end.
+static uint32_t silentDevice() {
+    static const uint32_t device = [] {
+        SDL_setenv("SDL_AUDIODRIVER", "dummy", 1);
+        SDL_InitSubSystem(SDL_INIT_AUDIO);
+        SDL_AudioSpec spec = {};
+        spec.freq = 44100;
+        spec.format = AUDIO_F32;
+        spec.channels = 2;
+        spec.samples = 1024;
+        spec.callback = [](void*, Uint8*, int) {};
+        return SDL_OpenAudioDevice(nullptr, 0, &spec, nullptr, 0);
+    }();
+    return device;
+}
 
 GameTest::GameTest() {
     gl.recording = false;
@@ -13,6 +32,7 @@ GameTest::GameTest() {
     folder = testing::TempDir() + test->test_suite_name() + "." + test->name() + "/";
     std::filesystem::remove_all(folder);
     std::filesystem::create_directories(folder);
+    app.audio.device = silentDevice();
     app.savePath = folder + "savegame.ovw";
     app.settingsPath = folder + "settings.ini";
     app.settings.tutorialDone = true;
@@ -26,6 +46,16 @@ GameTest::GameTest() {
     input.drawableWidth = 1600;
     input.drawableHeight = 900;
     point(48, 48);
+}
+
+int GameTest::played(SoundEffect effect) const {
+    AudioEngine reference;
+    startEffect(reference.voices, reference.rng, effect);
+    const Voice& first = reference.voices[0];
+    return static_cast<int>(
+        std::count_if(app.audio.voices.begin(), app.audio.voices.end(), [&](const Voice& voice) {
+            return voice.active && voice.freqStart == first.freqStart && voice.duration == first.duration;
+        }));
 }
 
 void GameTest::frame(float dt) {

@@ -26,7 +26,8 @@ protected:
     void click(int x, int y);
 
     Cell& cell(int x, int y) { return app.city.cells[cellIndex(x, y)]; }
-    uint32_t played(SoundEffect effect) const { return app.audio.played[effect]; }
+    // How often the effect began: its voices stay as they were started.
+    int played(SoundEffect effect) const;
 
     FakeGl gl;
     App app;

@@ -223,7 +223,7 @@ TEST_F(SessionTest, ADayTakesFortyFiveSecondsAndIsHeard) {
     frame(0.1f);
     EXPECT_EQ(app.city.day, 1);
     EXPECT_NEAR(app.dayTimer, 0.05f, 1e-4f);
-    EXPECT_EQ(played(SOUND_DAY_BELL), 1u);
+    EXPECT_EQ(played(SOUND_DAY_BELL), 1);
 }
 
 TEST_F(SessionTest, DaysThatAreOverdueAreNotSkipped) {
@@ -231,7 +231,7 @@ TEST_F(SessionTest, DaysThatAreOverdueAreNotSkipped) {
     app.dayTimer = 45.0f * 3 + 1.0f;
     frame(0.1f);
     EXPECT_EQ(app.city.day, 3);
-    EXPECT_EQ(played(SOUND_DAY_BELL), 3u);
+    EXPECT_EQ(played(SOUND_DAY_BELL), 3);
 }
 
 TEST_F(SessionTest, MidnightTurnsTheCalendar) {
@@ -287,7 +287,7 @@ TEST_F(SessionTest, AFinishedMissionIsHeard) {
     app.dayTimer = 45.0f;
     frame(0.01f);
     EXPECT_EQ(app.city.missionIndex, 1);
-    EXPECT_EQ(played(SOUND_MISSION), 1u);
+    EXPECT_EQ(played(SOUND_MISSION), 1);
     EXPECT_EQ(app.statusId, STATUS_MISSION_COMPLETE);
 }
 

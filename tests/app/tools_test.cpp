@@ -123,7 +123,7 @@ TEST_F(ToolsTest, SelectPicksTheBuildingOrTheCell) {
     EXPECT_EQ(app.selectedBuilding, -1);
     EXPECT_EQ(app.selectedCellX, 51);
     EXPECT_EQ(app.selectedCellY, 50);
-    EXPECT_EQ(played(SOUND_CLICK), 2u);
+    EXPECT_EQ(played(SOUND_CLICK), 2);
 }
 
 TEST_F(ToolsTest, ABuildingToolBuildsOnceAndSaysWhat) {
@@ -134,11 +134,11 @@ TEST_F(ToolsTest, ABuildingToolBuildsOnceAndSaysWhat) {
     EXPECT_EQ(app.statusId, STATUS_CONSTRUCTION_STARTED);
     EXPECT_EQ(app.statusArg, static_cast<uint32_t>(KIND_POLICE_STATION));
     EXPECT_EQ(app.statusTimer, 6.0f);
-    EXPECT_EQ(played(SOUND_BUILD), 1u);
+    EXPECT_EQ(played(SOUND_BUILD), 1);
 
     click(50, 50);
     EXPECT_EQ(app.statusId, STATUS_OCCUPIED);
-    EXPECT_EQ(played(SOUND_REFUSED), 1u);
+    EXPECT_EQ(played(SOUND_REFUSED), 1);
     EXPECT_EQ(app.city.buildings.size(), 1u);
 }
 
@@ -155,12 +155,12 @@ TEST_F(ToolsTest, ABusStopGoesOnARoad) {
     setTool(app, TOOL_BUS_STOP);
     click(50, 50);
     EXPECT_EQ(app.statusId, STATUS_BUS_STOP_NEEDS_ROAD);
-    EXPECT_EQ(played(SOUND_REFUSED), 1u);
+    EXPECT_EQ(played(SOUND_REFUSED), 1);
     cell(50, 50).road = ROAD_STREET;
     click(50, 50);
     EXPECT_EQ(cell(50, 50).busStop, 1);
     EXPECT_EQ(app.statusId, STATUS_BUS_STOP_BUILT);
-    EXPECT_EQ(played(SOUND_BUILD), 1u);
+    EXPECT_EQ(played(SOUND_BUILD), 1);
 }
 
 // --- Drags
@@ -170,7 +170,7 @@ TEST_F(ToolsTest, AStreetIsLaidAlongTheDrag) {
     setTool(app, TOOL_STREET);
     pressAt(45, 48);
     EXPECT_EQ(cell(45, 48).road, ROAD_STREET);
-    EXPECT_EQ(played(SOUND_CLICK), 1u);
+    EXPECT_EQ(played(SOUND_CLICK), 1);
     dragTo(50, 48);
     dragTo(50, 44);
     releaseAt(50, 44);
@@ -197,7 +197,7 @@ TEST_F(ToolsTest, ARefusedStreetIsHeardOnThePress) {
     cell(45, 48).terrain = TERRAIN_WATER;
     setTool(app, TOOL_STREET);
     click(45, 48);
-    EXPECT_EQ(played(SOUND_REFUSED), 1u);
+    EXPECT_EQ(played(SOUND_REFUSED), 1);
     EXPECT_EQ(app.statusId, STATUS_NO_ROAD_HERE);
     EXPECT_EQ(app.city.money, 150000.0);
 }
@@ -207,13 +207,13 @@ TEST_F(ToolsTest, ZonesAppearOnTheReleaseAndNotBefore) {
     pressAt(47, 49);
     dragTo(45, 48);
     EXPECT_EQ(cell(46, 48).zone, ZONE_NONE);
-    EXPECT_EQ(played(SOUND_BUILD), 0u);
+    EXPECT_EQ(played(SOUND_BUILD), 0);
     releaseAt(45, 48);
     for (int y = 48; y <= 49; y++)
         for (int x = 45; x <= 47; x++) EXPECT_EQ(cell(x, y).zone, ZONE_COMMERCIAL);
     EXPECT_EQ(app.statusId, STATUS_ZONED);
     EXPECT_EQ(app.statusArg, 6u);
-    EXPECT_EQ(played(SOUND_BUILD), 1u);
+    EXPECT_EQ(played(SOUND_BUILD), 1);
 }
 
 TEST_F(ToolsTest, AZoneDragThatChangesNothingShowsTheCitysOwnStatus) {
@@ -222,7 +222,7 @@ TEST_F(ToolsTest, AZoneDragThatChangesNothingShowsTheCitysOwnStatus) {
     setTool(app, TOOL_RESIDENTIAL_ZONE);
     click(45, 48);
     EXPECT_EQ(app.statusId, STATUS_STREET_BUILT);
-    EXPECT_EQ(played(SOUND_BUILD), 0u);
+    EXPECT_EQ(played(SOUND_BUILD), 0);
 }
 
 TEST_F(ToolsTest, TheBulldozerClearsARectangleAndSaysHowMuch) {
@@ -236,11 +236,11 @@ TEST_F(ToolsTest, TheBulldozerClearsARectangleAndSaysHowMuch) {
     EXPECT_EQ(cell(46, 49).zone, ZONE_NONE);
     EXPECT_EQ(app.statusId, STATUS_CLEARED);
     EXPECT_EQ(app.statusArg, 4u);
-    EXPECT_EQ(played(SOUND_DEMOLISH), 1u);
+    EXPECT_EQ(played(SOUND_DEMOLISH), 1);
 
     click(60, 60);
     EXPECT_EQ(app.statusId, STATUS_NOTHING_HERE);
-    EXPECT_EQ(played(SOUND_DEMOLISH), 1u);
+    EXPECT_EQ(played(SOUND_DEMOLISH), 1);
 }
 
 TEST_F(ToolsTest, DistrictsArePaintedAndCleared) {
@@ -256,7 +256,7 @@ TEST_F(ToolsTest, DistrictsArePaintedAndCleared) {
     EXPECT_EQ(cell(46, 48).district, 0);
     EXPECT_EQ(app.statusId, STATUS_DISTRICT_CLEARED);
     EXPECT_EQ(app.statusArg, 0u);
-    EXPECT_EQ(played(SOUND_BUILD), 2u);
+    EXPECT_EQ(played(SOUND_BUILD), 2);
 }
 
 TEST_F(ToolsTest, PaintingBeforeADistrictWasChosenClears) {

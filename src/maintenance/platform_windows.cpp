@@ -1,0 +1,182 @@
+// Our texts are UTF-8. The calls that end in A read them in the code page of the system, and a text that it
+// cannot hold is refused before the call.
+#include "maintenance/platform.h"
+
+#include "maintenance/files.h"
+#include "maintenance/uninstall.h"
+
+#include <windows.h>
+
+#include <shellapi.h>
+#include <wininet.h>
+
+#include <array>
+#include <memory>
+
+const char* const EXECUTABLE_NAME = "Orlavane.exe";
+const char* const PATH_SEPARATORS = "/\\";
+
+constexpr const char* REMOVAL_SCRIPT = "orlavane-uninstall.cmd";
+
+// --- Texts
+// -----------------------------------------------------------------------------------------------------
+
+static std::string toUtf8(const std::wstring& wide) {
+    const int length = static_cast<int>(wide.size());
+    const int size = WideCharToMultiByte(CP_UTF8, 0, wide.data(), length, nullptr, 0, nullptr, nullptr);
+    std::string text(static_cast<size_t>(size), '\0');
+    WideCharToMultiByte(CP_UTF8, 0, wide.data(), length, text.data(), size, nullptr, nullptr);
+    return text;
+}
+
+// False if the code page lacks one of its characters; none is replaced by a similar one.
+static bool toCodePage(const std::string& text, UINT codePage, std::string& out) {
+    if (codePage == CP_UTF8) {
+        out = text;
+        return true;
+    }
+    const std::wstring wide = nativePath(text).wstring();
+    const int length = static_cast<int>(wide.size());
+    BOOL replaced = FALSE;
+    const int size = WideCharToMultiByte(codePage, WC_NO_BEST_FIT_CHARS, wide.data(), length, nullptr, 0,
+                                         nullptr, &replaced);
+    if (replaced || (size == 0 && length > 0)) return false;
+    out.assign(static_cast<size_t>(size), '\0');
+    WideCharToMultiByte(codePage, WC_NO_BEST_FIT_CHARS, wide.data(), length, out.data(), size, nullptr,
+                        nullptr);
+    return true;
+}
+
+// False if it is unset.
+static bool readVariable(const wchar_t* name, std::string& value) {
+    const wchar_t* wide = _wgetenv(name);
+    if (wide) value = toUtf8(wide);
+    return wide != nullptr;
+}
+
+// --- Files
+// -----------------------------------------------------------------------------------------------------
+
+static std::string temporaryFolder() {
+    std::string folder = ".";
+    readVariable(L"TEMP", folder);
+    return folder;
+}
+
+std::string temporaryPath(const std::string& name) { return temporaryFolder() + "\\" + name; }
+
+std::FILE* createFile(const std::string& path) {
+    deleteFile(path);
+    return _wfopen(nativePath(path).c_str(), L"wb");
+}
+
+bool shellOpen(const std::string& path, bool hidden) {
+    std::string file;
+    if (!toCodePage(path, GetACP(), file)) return false;
+    const int showMode = hidden ? SW_HIDE : SW_SHOWNORMAL;
+    const HINSTANCE result = ShellExecuteA(nullptr, "open", file.c_str(), nullptr, nullptr, showMode);
+    return reinterpret_cast<INT_PTR>(result) > 32;
+}
+
+// --- Removal
+// ---------------------------------------------------------------------------------------------------
+
+// The shortcuts that a setup program leaves.
+static Removal whatToRemove(const std::string& exeDir) {
+    Removal removal;
+    removal.folder = normalizeWindowsPath(exeDir);
+    std::string folder;
+    if (readVariable(L"USERPROFILE", folder))
+        removal.desktopLink = normalizeWindowsPath(folder + "/Desktop/Orlavane.lnk");
+    if (readVariable(L"APPDATA", folder))
+        removal.menuLink =
+            normalizeWindowsPath(folder + "/Microsoft/Windows/Start Menu/Programs/Orlavane.lnk");
+    return removal;
+}
+
+// The code page in which the command interpreter reads a script: the system's own, whatever this program has
+// chosen for itself.
+static UINT interpreterCodePage() {
+    DWORD codePage = 0;
+    const int size = GetLocaleInfoW(LOCALE_SYSTEM_DEFAULT, LOCALE_IDEFAULTCODEPAGE | LOCALE_RETURN_NUMBER,
+                                    reinterpret_cast<wchar_t*>(&codePage), sizeof codePage / sizeof(wchar_t));
+    return size > 0 && codePage != 0 ? codePage : GetOEMCP();
+}
+
+// The script has a working folder of its own, and a path must say the same in both.
+static bool isAbsolute(const std::string& path) { return nativePath(path).is_absolute(); }
+
+bool startRemoval(const std::string& exeDir) {
+    const Removal removal = whatToRemove(exeDir);
+    const std::string script = temporaryPath(REMOVAL_SCRIPT);
+    std::string text;
+    std::string known;
+    if (!isAbsolute(removal.folder) || !toCodePage(script, GetACP(), known) ||
+        !toCodePage(windowsRemovalScript(removal), interpreterCodePage(), text))
+        return false;
+    if (!writeScript(script, text)) return false;
+
+    // Nobody can remove the folder that a program works in, and the script inherits ours.
+    std::error_code error;
+    const std::filesystem::path before = std::filesystem::current_path(error);
+    const std::filesystem::path scriptPath = std::filesystem::absolute(nativePath(script), error);
+    std::filesystem::current_path(nativePath(temporaryFolder()), error);
+    if (!error && shellOpen(toUtf8(scriptPath.wstring()), true)) return true;
+    std::filesystem::current_path(before, error);
+    deleteFile(script);
+    return false;
+}
+
+// --- HTTP
+// ------------------------------------------------------------------------------------------------------
+
+struct CloseInternet {
+    void operator()(HINTERNET handle) const { InternetCloseHandle(handle); }
+};
+using Internet = std::unique_ptr<void, CloseInternet>;
+
+static bool isStatus200(HINTERNET answer) {
+    DWORD status = 0;
+    DWORD size = sizeof status;
+    return HttpQueryInfoA(answer, HTTP_QUERY_STATUS_CODE | HTTP_QUERY_FLAG_NUMBER, &status, &size, nullptr) &&
+           status == 200;
+}
+
+// To the end of the answer. False on an error of the connection or the disk, or past a limit.
+static bool readAnswer(HINTERNET answer, std::string* body, std::FILE* file, uint64_t fileLimit) {
+    std::array<char, 16384> buffer;
+    uint64_t fileSize = 0;
+    for (;;) {
+        DWORD size = 0;
+        if (!InternetReadFile(answer, buffer.data(), static_cast<DWORD>(buffer.size()), &size)) return false;
+        if (size == 0) return true;
+        if (body) body->append(buffer.data(), size);
+        if (body && body->size() > HTTP_BODY_LIMIT) return false;
+        fileSize += size;
+        if (file && (fileSize > fileLimit || std::fwrite(buffer.data(), 1, size, file) != size)) return false;
+    }
+}
+
+static bool readToFile(HINTERNET answer, std::string* body, const std::string& filePath, uint64_t fileLimit) {
+    std::FILE* file = createFile(filePath);
+    bool ok = file && readAnswer(answer, body, file, fileLimit);
+    if (file) ok = std::fclose(file) == 0 && ok;
+    if (!ok) deleteFile(filePath);
+    return ok;
+}
+
+// Redirections are the system's business: it follows none from https to http.
+bool httpFetch(const std::string& url, std::string* body, const std::string& filePath,
+               const HttpOptions& options) {
+    const Internet session(InternetOpenA("Orlavane", INTERNET_OPEN_TYPE_PRECONFIG, nullptr, nullptr, 0));
+    if (!session) return false;
+    DWORD timeout = static_cast<DWORD>(options.timeoutMs);
+    InternetSetOptionA(session.get(), INTERNET_OPTION_CONNECT_TIMEOUT, &timeout, sizeof timeout);
+    InternetSetOptionA(session.get(), INTERNET_OPTION_RECEIVE_TIMEOUT, &timeout, sizeof timeout);
+
+    const DWORD flags = INTERNET_FLAG_RELOAD | INTERNET_FLAG_NO_CACHE_WRITE;
+    const Internet answer(InternetOpenUrlA(session.get(), url.c_str(), nullptr, 0, flags, 0));
+    if (!answer || !isStatus200(answer.get())) return false;
+    if (filePath.empty()) return readAnswer(answer.get(), body, nullptr, 0);
+    return readToFile(answer.get(), body, filePath, options.fileLimit);
+}

@@ -1,0 +1,212 @@
+#include "maintenance/game_files.h"
+
+#include "app/app.h"
+#include "maintenance/files.h"
+#include "maintenance/ordinary_user.h"
+#include "temp_dir.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <ctime>
+#include <sys/stat.h>
+#include <utime.h>
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+
+static std::vector<std::string> names(const std::string& folder) {
+    std::vector<std::string> list;
+    for (const GameFile& file : listFiles(folder)) list.push_back(file.name);
+    return list;
+}
+
+TEST(GameFiles, HaveNameSizeAndTime) {
+    const TempDir dir;
+    writeText(dir.file("a.bin"), std::string(12345, 'x'));
+    const utimbuf times = {1000000, 1000000};
+    ASSERT_EQ(utime(dir.file("a.bin").c_str(), &times), 0);
+    const std::vector<GameFile> files = listFiles(dir.path.string() + "/");
+    ASSERT_EQ(files.size(), 1u);
+    EXPECT_EQ(files[0].name, "a.bin");
+    EXPECT_EQ(files[0].size, 12345);
+    EXPECT_EQ(files[0].modified, 1000000);
+}
+
+TEST(GameFiles, AreSortedByTheBytesOfTheirNames) {
+    const TempDir dir;
+    for (const char* name : {"b", "a", "Z", "aa", "\xc3\xa4", "A"}) writeText(dir.file(name), "");
+    EXPECT_THAT(names(dir.path.string()), ElementsAre("A", "Z", "a", "aa", "b", "\xc3\xa4"));
+}
+
+TEST(GameFiles, FoldersAndWhatLiesInThemAreNotListed) {
+    const TempDir dir;
+    fs::create_directories(dir.path / "folder/deeper");
+    writeText(dir.file("folder/inside"), "x");
+    writeText(dir.file("outside"), "x");
+    EXPECT_THAT(names(dir.path.string()), ElementsAre("outside"));
+}
+
+TEST(GameFiles, PipesAndSocketsAreNoFiles) {
+    const TempDir dir;
+    ASSERT_EQ(mkfifo(dir.file("pipe").c_str(), 0600), 0);
+    EXPECT_THAT(names(dir.path.string()), ElementsAre());
+}
+
+TEST(GameFiles, ALinkCountsByWhatItPointsTo) {
+    const TempDir dir;
+    writeText(dir.file("file"), "12345");
+    fs::create_directory(dir.path / "folder");
+    fs::create_symlink("file", dir.path / "to-file");
+    fs::create_symlink("folder", dir.path / "to-folder");
+    fs::create_symlink("nothing", dir.path / "to-nothing");
+    fs::create_symlink("circle", dir.path / "circle");
+    fs::create_symlink("round", dir.path / "about");
+    fs::create_symlink("about", dir.path / "round");
+    fs::create_symlink("..", dir.path / "folder/up");
+    EXPECT_THAT(names(dir.path.string()), ElementsAre("file", "to-file"));
+    EXPECT_EQ(listFiles(dir.path.string())[1].size, 5);
+}
+
+TEST(GameFiles, AFolderThatIsEmptyMissingOrNoneListsNothing) {
+    const TempDir dir;
+    writeText(dir.file("file"), "");
+    fs::create_directory(dir.path / "empty");
+    EXPECT_TRUE(listFiles(dir.file("empty")).empty());
+    EXPECT_TRUE(listFiles(dir.file("missing")).empty());
+    EXPECT_TRUE(listFiles(dir.file("file")).empty());
+    EXPECT_TRUE(listFiles("").empty());
+}
+
+TEST(GameFiles, AFolderThatMayNotBeReadListsNothing) {
+    const TempDir dir;
+    writeText(dir.file("file"), "");
+    fs::permissions(dir.path, fs::perms(0300));
+    {
+        const OrdinaryUser user;
+        EXPECT_TRUE(listFiles(dir.path.string()).empty());
+    }
+    fs::permissions(dir.path, fs::perms(0700));
+}
+
+TEST(GameFiles, AFileWhoseStatusCannotBeReadHasNeitherSizeNorTime) {
+    const TempDir dir;
+    writeText(dir.file("file"), "12345");
+    fs::permissions(dir.path, fs::perms(0444)); // its names may be read, and nothing more
+    std::vector<GameFile> files;
+    {
+        const OrdinaryUser user;
+        files = listFiles(dir.path.string());
+    }
+    fs::permissions(dir.path, fs::perms(0700));
+    ASSERT_EQ(files.size(), 1u);
+    EXPECT_EQ(files[0].size, -1);
+    EXPECT_EQ(files[0].modified, 0);
+    EXPECT_EQ(fileSizeText(files[0].size), "-1 B");
+    EXPECT_EQ(fileTimeText(files[0].modified), "-");
+}
+
+TEST(GameFiles, TenThousandFilesAreListed) {
+    const TempDir dir;
+    for (int i = 0; i < 10000; i++) writeText(dir.file("file" + std::to_string(10000 + i)), "");
+    const std::vector<std::string> list = names(dir.path.string());
+    ASSERT_EQ(list.size(), 10000u);
+    EXPECT_EQ(list.front(), "file10000");
+    EXPECT_EQ(list.back(), "file19999");
+}
+
+TEST(GameFiles, NamesAreShownAsUtf8WhateverTheirBytes) {
+    const TempDir dir;
+    const std::string good = "\xc3\xa9\xe6\xbc\xa2\xf0\x9f\x8f\x99\xef\xbf\xbd";
+    const std::string mark = "\xef\xbf\xbd";
+    // Single bytes, a cut character, an overlong form, a surrogate, beyond the last plane.
+    for (const std::string& name :
+         {good, std::string("1\xff"), std::string("2\xc3"), std::string("3\xc0\xaf"),
+          std::string("4\xed\xa0\x80"), std::string("5\xf4\x90\x80\x80"), std::string("6\xe6\xbc"),
+          std::string("7\xe0\x80\x80"), std::string("8\x80z")})
+        writeText(dir.file(name), "");
+    EXPECT_THAT(names(dir.path.string()),
+                ElementsAre("1" + mark, "2" + mark, "3" + mark + mark, "4" + mark + mark + mark,
+                            "5" + mark + mark + mark + mark, "6" + mark + mark, "7" + mark + mark + mark,
+                            "8" + mark + "z", good));
+}
+
+TEST(GameFiles, AFileWithANameThatIsNoTextHasItsSize) {
+    const TempDir dir;
+    writeText(dir.file("\xff\xfe"), "123");
+    const std::vector<GameFile> files = listFiles(dir.path.string());
+    ASSERT_EQ(files.size(), 1u);
+    EXPECT_EQ(files[0].size, 3);
+    EXPECT_GT(files[0].modified, 1000000000);
+}
+
+TEST(GameFiles, TheGameListsItsOwnFolderAnew) {
+    const TempDir dir;
+    App app;
+    app.exeDir = dir.path.string() + "/";
+    app.gameFiles = {{"earlier", 1, 1}};
+    writeText(dir.file("a"), "");
+    refreshGameFiles(app);
+    ASSERT_EQ(app.gameFiles.size(), 1u);
+    EXPECT_EQ(app.gameFiles[0].name, "a");
+    app.exeDir = dir.file("missing/");
+    refreshGameFiles(app);
+    EXPECT_TRUE(app.gameFiles.empty());
+}
+
+TEST(FileSizeText, InBytesKilobytesAndMegabytes) {
+    EXPECT_EQ(fileSizeText(0), "0 B");
+    EXPECT_EQ(fileSizeText(1023), "1023 B");
+    EXPECT_EQ(fileSizeText(1024), "1.0 KB");
+    EXPECT_EQ(fileSizeText(12800), "12.5 KB");
+    EXPECT_EQ(fileSizeText(1048575), "1024.0 KB");
+    EXPECT_EQ(fileSizeText(1048576), "1.0 MB");
+    EXPECT_EQ(fileSizeText(5'000'000'000), "4768.4 MB");
+    EXPECT_EQ(fileSizeText(-1), "-1 B");
+}
+
+TEST(FileTimeText, IsLocalTimeToTheMinute) {
+    setenv("TZ", "XYZ-2", 1); // two hours before Greenwich
+    tzset();
+    EXPECT_EQ(fileTimeText(1793467530), "31.10.2026 19:25");
+    EXPECT_EQ(fileTimeText(-1), "01.01.1970 01:59");
+    unsetenv("TZ");
+    tzset();
+}
+
+TEST(FileTimeText, WithoutATimeIsADash) {
+    EXPECT_EQ(fileTimeText(0), "-");
+    EXPECT_EQ(fileTimeText(INT64_MAX), "-");
+}
+
+TEST(DeleteSave, TakesTheSaveAndSaysSo) {
+    const TempDir dir;
+    App app;
+    app.savePath = dir.file("savegame.ovw");
+    app.saveExists = true;
+    writeText(app.savePath, "city");
+    writeText(dir.file("settings.ini"), "kept");
+    deleteSave(app);
+    EXPECT_FALSE(app.saveExists);
+    EXPECT_FALSE(fileExists(app.savePath));
+    EXPECT_EQ(readText(dir.file("settings.ini")), "kept");
+}
+
+TEST(DeleteSave, ASaveThatCannotBeDeletedIsStillThere) {
+    const TempDir dir;
+    App app;
+    app.savePath = dir.file("savegame.ovw");
+    fs::create_directory(app.savePath);
+    deleteSave(app);
+    EXPECT_TRUE(app.saveExists);
+    EXPECT_TRUE(fs::is_directory(app.savePath));
+}
+
+TEST(DeleteSave, ASaveThatIsGoneAlreadyIsGone) {
+    const TempDir dir;
+    App app;
+    app.savePath = dir.file("savegame.ovw");
+    app.saveExists = true;
+    deleteSave(app);
+    EXPECT_FALSE(app.saveExists);
+}

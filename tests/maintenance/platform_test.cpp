@@ -1,0 +1,118 @@
+// What the system does for the game: temporary files, and programs that outlive it.
+#include "maintenance/platform.h"
+
+#include "maintenance/files.h"
+#include "temp_dir.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <thread>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+
+// Waits for a program that has been started to write it.
+static std::string textOnceWritten(const std::string& path) {
+    for (int i = 0; i < 1000 && !fileExists(path); i++)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    return readText(path);
+}
+
+class Platform : public testing::Test {
+protected:
+    // A program that runs `commands` and then writes the file "done".
+    std::string program(const std::string& name, const std::string& commands) {
+        writeText(dir.file(name),
+                  "#!/bin/sh\ncd " + dir.path.string() + "\n{ " + commands + "\n} >new\nmv new done\n");
+        return dir.file(name);
+    }
+    std::string written() { return textOnceWritten(dir.file("done")); }
+
+    TempDir dir;
+};
+
+TEST_F(Platform, TheTemporaryFolderIsTheOneOfTheSystem) {
+    const char* before = getenv("TMPDIR");
+    const std::string kept = before ? before : "";
+    setenv("TMPDIR", "/some where", 1);
+    EXPECT_EQ(temporaryPath("a"), "/some where/a");
+    setenv("TMPDIR", "", 1);
+    EXPECT_EQ(temporaryPath("a"), "/tmp/a");
+    unsetenv("TMPDIR");
+    EXPECT_EQ(temporaryPath("a"), "/tmp/a");
+    if (before) setenv("TMPDIR", kept.c_str(), 1);
+}
+
+TEST_F(Platform, AFileThatWasFetchedIsMadeExecutableAndStarted) {
+    const std::string path = program("setup", "echo started");
+    ASSERT_EQ(fs::status(path).permissions() & fs::perms(0111), fs::perms::none);
+    EXPECT_TRUE(shellOpen(path, false));
+    EXPECT_EQ(written(), "started\n");
+}
+
+TEST_F(Platform, NoShellReadsTheName) {
+    const std::string path = program("a b'\"$(touch bad)\n; touch bad;", "echo started");
+    EXPECT_TRUE(shellOpen(path, false));
+    EXPECT_EQ(written(), "started\n");
+    EXPECT_FALSE(fileExists(dir.file("bad")));
+    EXPECT_FALSE(fileExists("bad"));
+}
+
+TEST_F(Platform, WhatIsNoProgramIsNotStarted) {
+    writeText(dir.file("text"), "touch " + dir.file("bad"));
+    EXPECT_FALSE(shellOpen(dir.file("text"), false));
+    EXPECT_FALSE(shellOpen(dir.file("missing"), false));
+    EXPECT_FALSE(shellOpen("", false));
+    EXPECT_FALSE(shellOpen("/dev/null", false));
+    EXPECT_FALSE(fileExists(dir.file("bad")));
+}
+
+TEST_F(Platform, AStartedProgramIsInASessionOfItsOwnWithoutOurFiles) {
+    std::FILE* ours = std::fopen(dir.file("ours").c_str(), "w");
+    ASSERT_TRUE(shellOpen(program("p", "cut -d' ' -f6 /proc/self/stat; echo; ls -l /proc/$$/fd"), true));
+    const std::string text = written();
+    std::fclose(ours);
+    EXPECT_NE(std::stol(text), getsid(0));
+    EXPECT_EQ(text.find("ours"), std::string::npos) << text;
+    EXPECT_THAT(text, HasSubstr("/dev/null"));
+}
+
+TEST_F(Platform, AProgramThatHasEndedLeavesNothingBehind) {
+    ASSERT_TRUE(shellOpen(program("p", "echo"), false));
+    written();
+    for (int i = 0; waitpid(-1, nullptr, WNOHANG | WNOWAIT) != -1; i++) {
+        ASSERT_LT(i, 1000) << "nobody has waited for the child";
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+}
+
+TEST_F(Platform, AFolderIsShownByTheDesktopsOwnBrowser) {
+    const std::string browser = program("xdg-open", "printf '%s' \"$1\"");
+    fs::permissions(browser, fs::perms(0755));
+    const std::string before = getenv("PATH");
+    setenv("PATH", (dir.path.string() + ":" + before).c_str(), 1);
+    fs::create_directory(dir.path / "game 'folder'\n$HOME");
+    EXPECT_TRUE(shellOpen(dir.file("game 'folder'\n$HOME") + "/", false));
+    EXPECT_EQ(written(), dir.file("game 'folder'\n$HOME") + "/");
+    setenv("PATH", "/nowhere", 1);
+    EXPECT_FALSE(shellOpen(dir.path.string(), false));
+    setenv("PATH", before.c_str(), 1);
+}
+
+TEST_F(Platform, ANewFileTakesThePlaceOfAnEarlierOneAndOfNothingElse) {
+    writeText(dir.file("mine"), "precious");
+    fs::create_symlink("mine", dir.path / "link");
+    std::FILE* file = createFile(dir.file("link"));
+    ASSERT_TRUE(file);
+    std::fputs("new", file);
+    std::fclose(file);
+    EXPECT_EQ(readText(dir.file("mine")), "precious");
+    EXPECT_EQ(readText(dir.file("link")), "new");
+    EXPECT_FALSE(createFile(dir.path.string()));
+    EXPECT_FALSE(createFile("/dev/null"));
+}

@@ -1,0 +1,290 @@
+#include "maintenance/uninstall.h"
+
+#include "app/app.h"
+#include "maintenance/files.h"
+#include "temp_dir.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <thread>
+
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+using testing::Not;
+
+// --- Paths
+
+TEST(NormalizeWindowsPath, TurnsSlashesAndDropsTheLastOnes) {
+    EXPECT_EQ(normalizeWindowsPath("C:/Games/Orlavane"), "C:\\Games\\Orlavane");
+    EXPECT_EQ(normalizeWindowsPath("C:\\Games/Orlavane\\//"), "C:\\Games\\Orlavane");
+    EXPECT_EQ(normalizeWindowsPath("///"), "");
+    EXPECT_EQ(normalizeWindowsPath(""), "");
+}
+
+TEST(GameFolder, IsCalledOrlavaneExactly) {
+    for (const char* path :
+         {"C:\\Games\\Orlavane\\", "C:/Games/Orlavane", "C:/Orlavane//\\/", "Orlavane", "/Orlavane"})
+        EXPECT_TRUE(isGameFolder(path, "/\\")) << path;
+    for (const char* path : {"C:/Games/orlavane/", "C:/Orlavane2", "C:/Orlavane-setup/", "C:/Orlavane/bin/",
+                             "./", "", "/", "C:/ Orlavane", "C:/Orlavane ", "C:/MyOrlavane", "C:Orlavane"})
+        EXPECT_FALSE(isGameFolder(path, "/\\")) << path;
+}
+
+TEST(GameFolder, ABackslashPartsFoldersOnlyWhereTheSystemSaysSo) {
+    EXPECT_TRUE(isGameFolder("/home/me/my\\Orlavane/", "/\\"));
+    EXPECT_FALSE(isGameFolder("/home/me/my\\Orlavane/", "/"));
+    EXPECT_FALSE(isGameFolder("/home/me/Orlavane\\", "/"));
+}
+
+// --- The script for Windows
+
+TEST(WindowsRemovalScript, WaitsRemovesAndEndsWithItself) {
+    EXPECT_EQ(
+        windowsRemovalScript({"C:\\Games\\Orlavane", "C:\\Users\\me\\Desktop\\Orlavane.lnk", "D:\\m.lnk"}),
+        "@echo off\r\n"
+        "set n=0\r\n"
+        ":wait\r\n"
+        "set /a n+=1\r\n"
+        "if %n% gtr 120 goto done\r\n"
+        "ping -n 2 127.0.0.1 >nul\r\n"
+        "rd /s /q \"C:\\Games\\Orlavane\" >nul 2>&1\r\n"
+        "if exist \"C:\\Games\\Orlavane\" goto wait\r\n"
+        ":done\r\n"
+        "del /q \"C:\\Users\\me\\Desktop\\Orlavane.lnk\" >nul 2>&1\r\n"
+        "del /q \"D:\\m.lnk\" >nul 2>&1\r\n"
+        "(goto) 2>nul & del \"%~f0\"\r\n");
+}
+
+TEST(WindowsRemovalScript, WithoutShortcutsHasNoLineForThem) {
+    EXPECT_THAT(windowsRemovalScript({"C:\\Orlavane", "", ""}), Not(HasSubstr("del /q")));
+    EXPECT_THAT(windowsRemovalScript({"C:\\Orlavane", "", "m"}),
+                HasSubstr(":done\r\ndel /q \"m\" >nul 2>&1\r\n("));
+}
+
+TEST(WindowsRemovalScript, EveryLineEndsWithCarriageReturnAndLineFeed) {
+    const std::string text = windowsRemovalScript({"C:\\Orlavane", "a", "b"});
+    EXPECT_EQ(text.substr(text.size() - 2), "\r\n");
+    for (size_t i = 0; i + 1 < text.size(); i++) EXPECT_EQ(text[i] == '\r', text[i + 1] == '\n') << i;
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 12);
+}
+
+TEST(WindowsRemovalScript, APercentSignInAPathIsDoubled) {
+    const std::string text = windowsRemovalScript({"C:\\100%\\%TEMP%\\Orlavane", "%a%", "b%"});
+    EXPECT_THAT(text, HasSubstr("rd /s /q \"C:\\100%%\\%%TEMP%%\\Orlavane\" >nul"));
+    EXPECT_THAT(text, HasSubstr("if exist \"C:\\100%%\\%%TEMP%%\\Orlavane\" goto"));
+    EXPECT_THAT(text, HasSubstr("del /q \"%%a%%\" >nul"));
+    EXPECT_THAT(text, HasSubstr("del /q \"b%%\" >nul"));
+}
+
+// --- The script for a shell
+
+// Runs the text with commands of our own in place of "rm" and "sleep": each only writes down what was asked.
+static std::vector<std::string> rehearse(const TempDir& dir, const std::string& text) {
+    fs::create_directories(dir.path / "bin");
+    for (const char* name : {"rm", "sleep"}) {
+        writeText(dir.file(std::string("bin/") + name),
+                  "#!/bin/sh\necho " + std::string(name) + " \"$@\" >>" + dir.file("log") + "\n");
+        fs::permissions(dir.file(std::string("bin/") + name), fs::perms(0755));
+    }
+    writeText(dir.file("script.sh"), text);
+    const std::string command = "PATH=" + dir.file("bin") + " /bin/sh " + dir.file("script.sh");
+    EXPECT_EQ(std::system(command.c_str()), 0);
+
+    std::vector<std::string> lines;
+    std::ifstream log(dir.file("log"));
+    for (std::string line; std::getline(log, line);) lines.push_back(line);
+    return lines;
+}
+
+TEST(ShellRemovalScript, GivesUpOnTheFolderAfter120RoundsAndGoesOn) {
+    const TempDir dir;
+    fs::create_directory(dir.path / "Orlavane");
+    const std::vector<std::string> log =
+        rehearse(dir, shellRemovalScript({dir.file("Orlavane"), "/d", "/m"}));
+    ASSERT_EQ(log.size(), 243u);
+    for (size_t i = 0; i < 240; i += 2) {
+        EXPECT_EQ(log[i], "sleep 1");
+        EXPECT_EQ(log[i + 1], "rm -rf -- " + dir.file("Orlavane"));
+    }
+    EXPECT_EQ(log[240], "rm -f -- /d");
+    EXPECT_EQ(log[241], "rm -f -- /m");
+    EXPECT_EQ(log[242], "rm -f -- " + dir.file("script.sh"));
+}
+
+TEST(ShellRemovalScript, IsSatisfiedOnceTheFolderIsGone) {
+    const TempDir dir;
+    const std::vector<std::string> log = rehearse(dir, shellRemovalScript({dir.file("Orlavane"), "", ""}));
+    ASSERT_EQ(log.size(), 3u);
+    EXPECT_EQ(log[0], "sleep 1");
+    EXPECT_EQ(log[1], "rm -rf -- " + dir.file("Orlavane"));
+    EXPECT_EQ(log[2], "rm -f -- " + dir.file("script.sh"));
+}
+
+// --- The removal itself
+
+class Uninstall : public testing::Test {
+protected:
+    Uninstall() {
+        for (const char* folder : {"temporary", "home/Desktop", "home/.local/share/applications"})
+            fs::create_directories(dir.path / folder);
+        setenv("TMPDIR", dir.file("temporary").c_str(), 1);
+        setenv("HOME", dir.file("home").c_str(), 1);
+        unsetenv("XDG_DATA_HOME");
+    }
+    ~Uninstall() override { unsetenv("TMPDIR"); }
+
+    // The game in a folder of that name, with some files in it.
+    void install(const std::string& folder, const std::string& program = "Orlavane") {
+        app.exeDir = dir.file(folder) + "/";
+        app.exePath = app.exeDir + "Orlavane";
+        fs::create_directories(app.exeDir + "music");
+        fs::copy_file("/bin/sleep", app.exeDir + program);
+        writeText(app.exeDir + "music/music1.mp3", "la");
+        writeText(app.exeDir + ".hidden", "");
+    }
+
+    void expectNothingHappened() {
+        EXPECT_FALSE(app.quitRequested);
+        EXPECT_TRUE(fs::is_empty(dir.path / "temporary"));
+        EXPECT_TRUE(fileExists(app.exeDir + "music/music1.mp3"));
+    }
+
+    bool goneSoon(const std::string& path) {
+        for (int i = 0; i < 1000 && fileExists(path); i++)
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        return !fileExists(path);
+    }
+    bool finishedSoon() { return goneSoon(dir.file("temporary/orlavane-uninstall.sh")); }
+
+    TempDir dir;
+    App app;
+};
+
+TEST_F(Uninstall, RemovesFolderAndShortcutsWhileTheProgramStillRuns) {
+    install("games/Orlavane");
+    const std::string desktop = dir.file("home/Desktop/orlavane.desktop");
+    const std::string menu = dir.file("home/.local/share/applications/orlavane.desktop");
+    writeText(desktop, "");
+    writeText(menu, "");
+    writeText(dir.file("home/.local/share/savegame.ovw"), "city");
+    writeText(dir.file("games/other"), "");
+    pid_t game = 0;
+    char* words[] = {app.exePath.data(), const_cast<char*>("60"), nullptr};
+    ASSERT_EQ(posix_spawn(&game, app.exePath.c_str(), nullptr, nullptr, words, environ), 0);
+
+    uninstallGame(app);
+    EXPECT_TRUE(app.quitRequested);
+    EXPECT_TRUE(goneSoon(app.exeDir));
+    EXPECT_TRUE(finishedSoon());
+    EXPECT_EQ(waitpid(game, nullptr, WNOHANG), 0) << "the game was to go on";
+    EXPECT_FALSE(fileExists(desktop));
+    EXPECT_FALSE(fileExists(menu));
+    EXPECT_TRUE(fs::is_empty(dir.path / "temporary"));
+    EXPECT_EQ(readText(dir.file("home/.local/share/savegame.ovw")), "city");
+    EXPECT_TRUE(fileExists(dir.file("games/other")));
+    kill(game, SIGKILL);
+    waitpid(game, nullptr, 0);
+}
+
+TEST_F(Uninstall, AnyNameOnTheWayIsSafe) {
+    const std::string odd = "a b 'c' \"d\" $HOME $(touch bad) `touch bad`;\ntouch bad\n#\\ -rf * ?\xff";
+    install(odd + "/Orlavane");
+    setenv("HOME", dir.file("home").c_str(), 1);
+    setenv("XDG_DATA_HOME", dir.file(odd).c_str(), 1);
+    fs::create_directory(dir.file(odd + "/applications"));
+    writeText(dir.file(odd + "/applications/orlavane.desktop"), "");
+    writeText(dir.file(odd + "/kept"), "");
+    fs::create_directory(dir.path / odd / "tmp");
+    setenv("TMPDIR", dir.file(odd + "/tmp").c_str(), 1);
+
+    uninstallGame(app);
+    EXPECT_TRUE(app.quitRequested);
+    EXPECT_TRUE(goneSoon(dir.file(odd + "/tmp/orlavane-uninstall.sh")));
+    EXPECT_FALSE(fileExists(app.exeDir));
+    EXPECT_FALSE(fileExists(dir.file(odd + "/applications/orlavane.desktop")));
+    EXPECT_TRUE(fileExists(dir.file(odd + "/kept")));
+    EXPECT_FALSE(fileExists("/bad"));
+    EXPECT_FALSE(fileExists("bad"));
+    unsetenv("XDG_DATA_HOME");
+}
+
+TEST_F(Uninstall, LinksInTheFolderAreRemovedAndNotFollowed) {
+    install("Orlavane");
+    fs::create_directory(dir.path / "precious");
+    writeText(dir.file("precious/file"), "kept");
+    fs::create_symlink(dir.path / "precious", app.exeDir + "link");
+    fs::create_symlink("circle", app.exeDir + "circle");
+    app.exeDir += "//";
+    uninstallGame(app);
+    EXPECT_TRUE(finishedSoon());
+    EXPECT_FALSE(fileExists(dir.file("Orlavane")));
+    EXPECT_EQ(readText(dir.file("precious/file")), "kept");
+}
+
+TEST_F(Uninstall, AFolderOfAnotherNameStays) {
+    for (const char* folder : {"orlavane", "Orlavane2", "Orlavane-setup", "Orlavane/bin", "my\\Orlavane"}) {
+        install(folder);
+        uninstallGame(app);
+        expectNothingHappened();
+    }
+}
+
+TEST_F(Uninstall, AFolderWithoutTheGameStays) {
+    install("Orlavane", "orlavane");
+    uninstallGame(app);
+    expectNothingHappened();
+}
+
+TEST_F(Uninstall, AFolderOfNoKnownPlaceStays) {
+    install("Orlavane");
+    const fs::path before = fs::current_path();
+    const App installed = app;
+    fs::current_path(app.exeDir);
+    app.exeDir = "./";
+    uninstallGame(app);
+    fs::current_path(dir.path);
+    app.exeDir = "Orlavane/";
+    uninstallGame(app);
+    fs::current_path(before);
+    app.exeDir = installed.exeDir;
+    expectNothingHappened();
+}
+
+TEST_F(Uninstall, AScriptThatCannotBeWrittenChangesNothing) {
+    install("Orlavane");
+    setenv("TMPDIR", dir.file("missing").c_str(), 1);
+    uninstallGame(app);
+    expectNothingHappened();
+    setenv("TMPDIR", dir.file("temporary").c_str(), 1);
+    fs::create_directory(dir.path / "temporary/orlavane-uninstall.sh");
+    uninstallGame(app);
+    EXPECT_FALSE(app.quitRequested);
+    EXPECT_TRUE(fileExists(app.exePath));
+}
+
+TEST_F(Uninstall, AnEarlierScriptIsReplacedAndALinkNotFollowed) {
+    install("Orlavane");
+    writeText(dir.file("mine"), "precious");
+    fs::create_symlink(dir.path / "mine", dir.path / "temporary/orlavane-uninstall.sh");
+    uninstallGame(app);
+    EXPECT_TRUE(app.quitRequested);
+    EXPECT_TRUE(finishedSoon());
+    EXPECT_FALSE(fileExists(app.exeDir));
+    EXPECT_EQ(readText(dir.file("mine")), "precious");
+}
+
+TEST_F(Uninstall, WithoutAHomeOnlyTheFolderGoes) {
+    install("Orlavane");
+    unsetenv("HOME");
+    uninstallGame(app);
+    EXPECT_TRUE(finishedSoon());
+    EXPECT_FALSE(fileExists(app.exeDir));
+}

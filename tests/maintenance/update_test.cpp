@@ -1,0 +1,358 @@
+// The update client as a whole: real servers, real worker threads, real files, and a setup program that
+// starts.
+#include "maintenance/update.h"
+
+#include "app/app.h"
+#include "maintenance/fake_threads.h"
+#include "maintenance/files.h"
+#include "maintenance/sha256.h"
+#include "maintenance/test_build.h"
+#include "maintenance/web_server.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <thread>
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+using testing::Not;
+
+static void aMoment() { std::this_thread::sleep_for(std::chrono::milliseconds(5)); }
+
+// --- The verdict
+
+static UpdateState verdict(const std::string& date, const std::string& localSha256 = "aa",
+                           const std::string& serverSha256 = "bb") {
+    UpdateTask task;
+    task.ok = true;
+    task.manifest.date = date;
+    task.manifest.sha256 = serverSha256;
+    task.localSha256 = localSha256;
+    return updateVerdict(task, TEST_BUILD_DATE);
+}
+
+TEST(UpdateVerdict, WithoutAManifestTheServerIsOffline) {
+    UpdateTask task;
+    task.localSha256 = task.manifest.sha256 = "aa";
+    EXPECT_EQ(updateVerdict(task, TEST_BUILD_DATE), UPDATE_OFFLINE);
+}
+
+TEST(UpdateVerdict, TheSameHashIsTheSameBuildWhateverTheDates) {
+    for (const char* date : {"", "2020-01-01", TEST_BUILD_DATE, "2030-01-01"})
+        EXPECT_EQ(verdict(date, "aa", "AA"), UPDATE_CURRENT) << date;
+}
+
+TEST(UpdateVerdict, WithoutADateItIsDifferent) { EXPECT_EQ(verdict(""), UPDATE_DIFFERENT); }
+
+TEST(UpdateVerdict, ALaterDateIsNewerAndAnyOtherIsDifferent) {
+    EXPECT_EQ(verdict("2026-10-31"), UPDATE_NEWER);
+    EXPECT_EQ(verdict("2027-01-01"), UPDATE_NEWER);
+    EXPECT_EQ(verdict("2026-10-30"), UPDATE_DIFFERENT);
+    EXPECT_EQ(verdict("2026-10-29"), UPDATE_DIFFERENT);
+    EXPECT_EQ(verdict("1999-12-31"), UPDATE_DIFFERENT);
+}
+
+TEST(UpdateVerdict, DatesAreComparedByteByByteAndThenByLength) {
+    EXPECT_EQ(verdict("2026-10-300"), UPDATE_NEWER);
+    EXPECT_EQ(verdict("2026-10-3"), UPDATE_DIFFERENT);
+    EXPECT_EQ(verdict("3"), UPDATE_NEWER);
+    EXPECT_EQ(verdict("\xff"), UPDATE_NEWER);
+    EXPECT_EQ(verdict("10000-01-01"), UPDATE_DIFFERENT);
+}
+
+TEST(UpdateVerdict, WithoutAHashOfOurOwnOnlyTheDateSpeaks) {
+    EXPECT_EQ(verdict("2026-10-31", ""), UPDATE_NEWER);
+    EXPECT_EQ(verdict("2026-10-30", ""), UPDATE_DIFFERENT);
+}
+
+TEST(UrlFolder, EndsWithTheLastSlash) {
+    EXPECT_EQ(urlFolder("http://host/a/b/manifest.json"), "http://host/a/b/");
+    EXPECT_EQ(urlFolder("http://host/a/"), "http://host/a/");
+    EXPECT_EQ(urlFolder("manifest"), "");
+    EXPECT_EQ(urlFolder(""), "");
+}
+
+// --- Without a server
+
+class UpdateClient : public testing::Test {
+protected:
+    UpdateClient() {
+        fakeThreads() = {};
+        setManifestUrl("");
+        app.exeDir = dir.path.string() + "/";
+        fs::create_directory(dir.path / "temporary");
+        setenv("TMPDIR", dir.file("temporary").c_str(), 1);
+    }
+    ~UpdateClient() override { unsetenv("TMPDIR"); }
+
+    TempDir dir;
+    std::string fetched = dir.file("temporary/Orlavane-setup-update.exe");
+    App app;
+};
+
+TEST_F(UpdateClient, ABuildWithoutAServerStartsNothing) {
+    updateStartCheck(app);
+    EXPECT_EQ(app.updateState, UPDATE_UNCONFIGURED);
+    EXPECT_EQ(app.updateTask, nullptr);
+    EXPECT_EQ(fakeThreads().created, 0);
+    updatePoll(app);
+    EXPECT_EQ(app.updateState, UPDATE_UNCONFIGURED);
+}
+
+TEST_F(UpdateClient, TheButtonRestsWhileThereIsNothingToPressItFor) {
+    for (const UpdateState state : {UPDATE_UNCONFIGURED, UPDATE_CHECKING, UPDATE_DOWNLOADING})
+        EXPECT_FALSE(canPressUpdate(state)) << state;
+    for (const UpdateState state : {UPDATE_IDLE, UPDATE_CURRENT, UPDATE_NEWER, UPDATE_DIFFERENT,
+                                    UPDATE_OFFLINE, UPDATE_DOWNLOAD_FAILED})
+        EXPECT_TRUE(canPressUpdate(state)) << state;
+}
+
+TEST_F(UpdateClient, WithoutATaskThePollChangesNothing) {
+    for (int state = UPDATE_IDLE; state <= UPDATE_DOWNLOAD_FAILED; state++) {
+        app.updateState = static_cast<UpdateState>(state);
+        updatePoll(app);
+        EXPECT_EQ(app.updateState, state);
+    }
+    EXPECT_FALSE(updateUnderWay(app));
+}
+
+TEST_F(UpdateClient, ADownloadNeedsANewerBuild) {
+    for (int state = UPDATE_IDLE; state <= UPDATE_DOWNLOAD_FAILED; state++) {
+        if (state == UPDATE_NEWER) continue;
+        app.updateState = static_cast<UpdateState>(state);
+        updateStartDownload(app);
+        EXPECT_EQ(app.updateState, state);
+        EXPECT_EQ(app.updateTask, nullptr);
+    }
+}
+
+// --- With one
+
+class Update : public UpdateClient {
+protected:
+    Update() { setManifestUrl(server.url("/manifest.json")); }
+
+    void publish(const std::string& date, const std::string& sha256, const std::string& file = "setup.exe") {
+        server.publish("manifest.json", R"({"version": "0.3", "date": ")" + date + R"(", "sha256": ")" +
+                                            sha256 + R"(", "file": ")" + file + "\"}");
+    }
+    // A setup program that leaves a trace, and the manifest of a newer build.
+    void publishSetup() {
+        server.publish("setup.exe", setup);
+        publish("2027-01-01", sha256Text(setup));
+    }
+    UpdateState finish() {
+        for (int i = 0; i < 6000 && app.updateTask; i++) {
+            updatePoll(app);
+            aMoment();
+        }
+        return app.updateState;
+    }
+    UpdateState check() {
+        updateStartCheck(app);
+        return finish();
+    }
+    UpdateState download() {
+        pressUpdate(app);
+        return finish();
+    }
+
+    WebServer server;
+    std::string setup = "#!/bin/sh\ntouch '" + dir.file("started") + "'\n";
+};
+
+TEST_F(Update, ACheckRunsOnAThreadOfItsOwn) {
+    publishSetup();
+    updateStartCheck(app);
+    EXPECT_EQ(app.updateState, UPDATE_CHECKING);
+    EXPECT_TRUE(app.updateTask);
+    EXPECT_EQ(fakeThreads().created, 1);
+    EXPECT_EQ(fakeThreads().lastName, "orlavane-update");
+    EXPECT_EQ(finish(), UPDATE_NEWER);
+    EXPECT_EQ(app.updateTask, nullptr);
+}
+
+TEST_F(Update, ALaterBuildIsNewerAndItsManifestIsKept) {
+    publishSetup();
+    EXPECT_EQ(check(), UPDATE_NEWER);
+    EXPECT_EQ(app.updateManifest.version, "0.3");
+    EXPECT_EQ(app.updateManifest.date, "2027-01-01");
+    EXPECT_EQ(app.updateManifest.sha256, sha256Text(setup));
+    EXPECT_EQ(app.updateManifest.file, "setup.exe");
+}
+
+TEST_F(Update, ThePlayersCopyOfTheSetupProgramTellsTheBuild) {
+    publishSetup();
+    writeText(dir.file("Orlavane-setup.exe"), setup);
+    EXPECT_EQ(check(), UPDATE_CURRENT);
+    writeText(dir.file("Orlavane-setup.exe"), setup + "#");
+    EXPECT_EQ(check(), UPDATE_NEWER);
+}
+
+TEST_F(Update, AFolderInThePlaceOfThatCopyIsNoCopy) {
+    publishSetup();
+    fs::create_directory(dir.path / "Orlavane-setup.exe");
+    EXPECT_EQ(check(), UPDATE_NEWER);
+}
+
+TEST_F(Update, TheHashOfTheManifestMayHaveCapitals) {
+    std::string hash = sha256Text("mine");
+    for (char& c : hash) c = static_cast<char>(std::toupper(c));
+    publish("2027-01-01", hash);
+    writeText(dir.file("Orlavane-setup.exe"), "mine");
+    EXPECT_EQ(check(), UPDATE_CURRENT);
+}
+
+TEST_F(Update, ABuildThatIsNotLaterIsDifferent) {
+    publish(TEST_BUILD_DATE, sha256Text("other"));
+    EXPECT_EQ(check(), UPDATE_DIFFERENT);
+    publish("", sha256Text("other"));
+    EXPECT_EQ(check(), UPDATE_DIFFERENT);
+}
+
+TEST_F(Update, AManifestThatIsNoneIsOfflineAndTheLastOneStays) {
+    publishSetup();
+    ASSERT_EQ(check(), UPDATE_NEWER);
+    for (const char* hash : {"12", "g", ""}) {
+        publish("2028-01-01", hash);
+        EXPECT_EQ(check(), UPDATE_OFFLINE) << hash;
+    }
+    for (const char* file : {"../x.exe", "C:x.exe", "a\\b", ""}) {
+        publish("2028-01-01", sha256Text(setup), file);
+        EXPECT_EQ(check(), UPDATE_OFFLINE) << file;
+    }
+    EXPECT_EQ(app.updateManifest.date, "2027-01-01");
+}
+
+TEST_F(Update, AManifestOfMoreThan65536BytesIsOffline) {
+    const std::string text = "\"sha256\": \"" + sha256Text("x") + R"(", "file": "a")";
+    server.publish("manifest.json", text + std::string(65536 - text.size(), ' '));
+    EXPECT_EQ(check(), UPDATE_DIFFERENT);
+    server.publish("manifest.json", text + std::string(65537 - text.size(), ' '));
+    EXPECT_EQ(check(), UPDATE_OFFLINE);
+}
+
+TEST_F(Update, AServerThatAnswersOtherwiseIsOffline) {
+    for (const char* path : {"/status/404", "/status/500", "/loop/0", "/cut", "/noise", "/missing"}) {
+        setManifestUrl(server.url(path));
+        EXPECT_EQ(check(), UPDATE_OFFLINE) << path;
+    }
+    setManifestUrl("http://127.0.0.1:1/manifest.json");
+    EXPECT_EQ(check(), UPDATE_OFFLINE);
+}
+
+TEST_F(Update, ThePressedButtonChecksAgain) {
+    EXPECT_EQ(check(), UPDATE_OFFLINE);
+    publish("", sha256Text("other"));
+    pressUpdate(app);
+    EXPECT_EQ(app.updateState, UPDATE_CHECKING);
+    EXPECT_EQ(finish(), UPDATE_DIFFERENT);
+    publishSetup();
+    pressUpdate(app);
+    EXPECT_EQ(finish(), UPDATE_NEWER);
+}
+
+TEST_F(Update, ADownloadIsProvedStartedAndEndsTheGame) {
+    publishSetup();
+    ASSERT_EQ(check(), UPDATE_NEWER);
+    pressUpdate(app);
+    EXPECT_EQ(app.updateState, UPDATE_DOWNLOADING);
+    EXPECT_EQ(finish(), UPDATE_DOWNLOADING);
+    EXPECT_TRUE(app.quitRequested);
+    EXPECT_EQ(app.updateTask, nullptr);
+    EXPECT_EQ(readText(fetched), setup);
+    for (int i = 0; i < 2000 && !fileExists(dir.file("started")); i++) aMoment();
+    EXPECT_TRUE(fileExists(dir.file("started")));
+}
+
+TEST_F(Update, AHashThatDiffersByOneDigitFailsAndTheFileIsGone) {
+    std::string hash = sha256Text(setup);
+    hash.back() = hash.back() == '0' ? '1' : '0';
+    server.publish("setup.exe", setup);
+    publish("2027-01-01", hash);
+    ASSERT_EQ(check(), UPDATE_NEWER);
+    EXPECT_EQ(download(), UPDATE_DOWNLOAD_FAILED);
+    EXPECT_FALSE(app.quitRequested);
+    EXPECT_FALSE(fileExists(fetched));
+    EXPECT_FALSE(fileExists(dir.file("started")));
+}
+
+TEST_F(Update, AMissingSetupProgramFails) {
+    publish("2027-01-01", sha256Text(setup), "missing.exe");
+    ASSERT_EQ(check(), UPDATE_NEWER);
+    EXPECT_EQ(download(), UPDATE_DOWNLOAD_FAILED);
+    EXPECT_FALSE(app.quitRequested);
+    EXPECT_FALSE(fileExists(fetched));
+}
+
+TEST_F(Update, AVerifiedFileThatCannotStartStaysAndFails) {
+    setup = "no program";
+    publishSetup();
+    ASSERT_EQ(check(), UPDATE_NEWER);
+    EXPECT_EQ(download(), UPDATE_DOWNLOAD_FAILED);
+    EXPECT_FALSE(app.quitRequested);
+    EXPECT_EQ(readText(fetched), "no program");
+}
+
+TEST_F(Update, AFolderInThePlaceOfTheDownloadFailsAndStays) {
+    publishSetup();
+    fs::create_directory(fetched);
+    writeText(fetched + "/precious", "");
+    ASSERT_EQ(check(), UPDATE_NEWER);
+    EXPECT_EQ(download(), UPDATE_DOWNLOAD_FAILED);
+    EXPECT_TRUE(fileExists(fetched + "/precious"));
+}
+
+TEST_F(Update, AfterAFailureTheButtonChecksAgain) {
+    publish("2027-01-01", sha256Text(setup), "missing.exe");
+    ASSERT_EQ(check(), UPDATE_NEWER);
+    ASSERT_EQ(download(), UPDATE_DOWNLOAD_FAILED);
+    publishSetup();
+    pressUpdate(app);
+    EXPECT_EQ(app.updateState, UPDATE_CHECKING);
+    EXPECT_EQ(finish(), UPDATE_NEWER);
+}
+
+TEST_F(Update, WithoutAThreadTheTaskRunsAtOnceAndTheNextPollTakesItUp) {
+    publishSetup();
+    fakeThreads().refuse = true;
+    updateStartCheck(app);
+    EXPECT_EQ(app.updateState, UPDATE_CHECKING);
+    ASSERT_TRUE(app.updateTask);
+    EXPECT_EQ(app.updateTask->done, 1u);
+    updatePoll(app);
+    EXPECT_EQ(app.updateState, UPDATE_NEWER);
+}
+
+TEST_F(Update, ASlowServerHoldsUpNobody) {
+    setManifestUrl(server.url("/drip/30/10")); // three seconds
+    updateStartCheck(app);
+    for (int i = 0; i < 20; i++) {
+        updatePoll(app);
+        EXPECT_EQ(app.updateState, UPDATE_CHECKING);
+        EXPECT_TRUE(updateUnderWay(app));
+        aMoment();
+    }
+    EXPECT_EQ(finish(), UPDATE_OFFLINE);
+}
+
+TEST_F(Update, ATaskThatTheGameHasGivenUpIsFinishedAllTheSame) {
+    publishSetup();
+    updateStartCheck(app);
+    const std::shared_ptr<UpdateTask> task = app.updateTask;
+    app.updateTask = nullptr;
+    for (int i = 0; i < 6000 && task->done == 0; i++) aMoment();
+    EXPECT_EQ(task->done, 1u);
+    EXPECT_TRUE(task->ok);
+    updatePoll(app);
+    EXPECT_EQ(app.updateState, UPDATE_CHECKING);
+}
+
+TEST_F(Update, AForcedStateIsOverruledByWhatTheServerSays) {
+    publishSetup();
+    updateStartCheck(app);
+    app.updateState = UPDATE_OFFLINE;
+    EXPECT_EQ(finish(), UPDATE_NEWER);
+}
