@@ -3,6 +3,7 @@
 #include "app/session.h"
 #include "ui/end_screen.h"
 #include "ui/game_screen.h"
+#include "ui/launcher.h"
 #include "ui/settings_screen.h"
 #include "ui/title_screen.h"
 #include "ui/ui_widgets.h"
@@ -92,6 +93,7 @@ static void drawPicture(App& app, const Input& input) {
 static void drawScreen(App& app, const Input& input) {
     switch (app.screen) {
     case SCREEN_LAUNCHER:
+        drawLauncher(app, input);
         break;
     case SCREEN_TITLE:
         drawTitleScreen(app, input);

@@ -140,6 +140,16 @@ uint32_t ScreenTest::textureAt(float x, float y) const {
     return texture;
 }
 
+std::vector<std::pair<float, float>> ScreenTest::windowShades() const {
+    std::vector<std::pair<float, float>> shades;
+    const std::vector<UiVertex>& v = app.ui.vertices;
+    for (size_t i = 0; i + 2 < v.size(); i++)
+        if (v[i].x == 0.0f && v[i].y == 0.0f && v[i + 2].x == static_cast<float>(app.ui.screenW) &&
+            v[i + 2].y == static_cast<float>(app.ui.screenH))
+            shades.emplace_back(v[i].a, v[i + 2].a);
+    return shades;
+}
+
 uint32_t packed(UiColor color) {
     uint32_t bytes = 0;
     for (const float channel : {color.r, color.g, color.b, color.a})

@@ -5,6 +5,7 @@
 #include "app/game_fixture.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
 struct DrawnText {
@@ -40,5 +41,7 @@ protected:
     bool shows(const std::string& text) const;
     DrawnText text(const std::string& text) const; // the test fails when it was not drawn
     uint32_t colorAt(float x, float y) const;      // packed, of the topmost solid shape there
-    uint32_t textureAt(float x, float y) const;    // topmost, 0 for none
+    // Alpha at the top and at the bottom of each shape that fills the window, in the order of drawing.
+    std::vector<std::pair<float, float>> windowShades() const;
+    uint32_t textureAt(float x, float y) const; // topmost, 0 for none
 };

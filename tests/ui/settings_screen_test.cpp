@@ -45,17 +45,15 @@ TEST_F(SettingsScreenTest, AtTheSmallestScaleThePanelIs457AndAHalfHigh) {
     EXPECT_NE(colorAt(640.0f, 479.0f), frame);
 }
 
-TEST_F(SettingsScreenTest, OptionsOpenedFromTheGameDimTheCityFirst) {
+TEST_F(SettingsScreenTest, OptionsOpenedFromTheGameDimItsInterfaceFirst) {
+    using Shades = std::vector<std::pair<float, float>>;
     show();
-    EXPECT_EQ(app.ui.vertices[0].a, 0.35f); // the screen's own shade
-    EXPECT_EQ(app.ui.vertices[2].a, 0.75f);
+    EXPECT_EQ(windowShades(), (Shades{{0.35f, 0.75f}}));
+    EXPECT_FALSE(shows("Menu"));
     app.returnScreen = SCREEN_GAME;
     show();
-    EXPECT_EQ(app.ui.vertices[0].a, 0.35f); // the plain layer comes before it
-    EXPECT_EQ(app.ui.vertices[2].a, 0.35f);
-    EXPECT_EQ(app.ui.vertices[2].x, 1280.0f);
-    EXPECT_EQ(app.ui.vertices[2].y, 720.0f);
-    EXPECT_EQ(app.ui.vertices[8].a, 0.75f);
+    EXPECT_EQ(windowShades(), (Shades{{0.35f, 0.35f}, {0.35f, 0.75f}}));
+    EXPECT_TRUE(shows("Menu"));
 }
 
 TEST_F(SettingsScreenTest, TheTitleStandsAtTheTop) {
@@ -180,6 +178,7 @@ TEST_F(SettingsScreenTest, MusicVolumeGoesUpInStepsOf25AndStartsAgain) {
         clickRow(5);
         EXPECT_EQ(app.settings.musicVolume, expected);
         EXPECT_EQ(saved().musicVolume, expected);
+        EXPECT_FLOAT_EQ(app.audio.musicVolume, static_cast<float>(expected) / 100.0f); // heard at once
     }
     EXPECT_EQ(app.settings.sfxVolume, 70);
     EXPECT_FALSE(app.displayDirty);
@@ -189,6 +188,7 @@ TEST_F(SettingsScreenTest, AnEffectsVolumeOffTheStepsGoesPastAHundredOnceAndThen
     for (const int expected : {95, 120, 0, 25}) {
         clickRow(6);
         EXPECT_EQ(app.settings.sfxVolume, expected);
+        EXPECT_FLOAT_EQ(app.audio.sfxVolume, static_cast<float>(expected) / 100.0f);
         show();
         EXPECT_TRUE(shows(std::to_string(expected) + "%"));
     }
@@ -220,6 +220,27 @@ TEST_F(SettingsScreenTest, LanguageWalksThroughAllFourteenAndChangesEveryTextAtO
         for (const int id : {STR_SETTINGS, STR_RESOLUTION, STR_DISPLAY, STR_GRAPHICS, STR_VSYNC, STR_SHOW_FPS,
                              STR_MUSIC_VOLUME, STR_EFFECTS_VOLUME, STR_LANGUAGE, STR_LANGUAGE_HINT, STR_BACK})
             EXPECT_TRUE(shows(tr(id))) << languageAt(language).code << ": " << tr(id);
+    }
+}
+
+TEST_F(SettingsScreenTest, InNoLanguageACaptionRunsIntoItsButton) {
+    for (const int height : {540, 720, 1440}) {
+        resize(height * 2, height);
+        const float cx = static_cast<float>(height);
+        const float s = static_cast<float>(height) / 720.0f;
+        for (int language = 0; language < LANGUAGE_COUNT; language++)
+            for (int quality = 0; quality < 3; quality++) {
+                chooseLanguage(app, language);
+                app.settings.quality = quality;
+                show();
+                int captions = 0;
+                for (const DrawnText& line : texts()) {
+                    if (line.rect.x > cx - 270.0f * s) continue;
+                    captions++;
+                    EXPECT_LT(line.right(), cx + 24.0f * s) << languageAt(language).code << ": " << line.text;
+                }
+                EXPECT_EQ(captions, 8 + 4); // with their second lines
+            }
     }
 }
 
