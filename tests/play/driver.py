@@ -96,13 +96,18 @@ class Screen:
 
 
 class Game:
-    """The program in a window of the screen, with an empty preference folder unless `home` names one."""
+    """The program in a window of the screen, with an empty preference folder unless `home` names one or `save` holds
+    the saved game that it finds there."""
 
-    def __init__(self, screen, home=None, size=None, program=PROGRAM, **variables):
+    def __init__(self, screen, home=None, size=None, save=None, program=PROGRAM, **variables):
         self.temporary = tempfile.TemporaryDirectory()
         self.home = home or self.temporary.name
         self.screen = screen
         self.choose(size)
+        if save is not None:
+            os.makedirs(self.preferences, exist_ok=True)
+            with open(self.save_path, "wb") as file:
+                file.write(save)
         self.environment = clean_environment(self.home, DISPLAY=screen.display, **variables)
         self.process = subprocess.Popen([program], env=self.environment,
                                         stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
