@@ -57,7 +57,7 @@ TEST_F(FrameTest, F11FlipsFullScreenOnEveryScreenAndSavesItAtOnce) {
 TEST_F(FrameTest, EscapeClosesTheLaunchersPageAndNothingElse) {
     app.screen = SCREEN_LAUNCHER;
     for (int page = 0; page < 4; page++) {
-        app.launcherPage = page;
+        app.launcherPage = static_cast<LauncherPage>(page);
         step(0.01f);
         EXPECT_EQ(app.launcherPage, page);
         input.keysPressed[KEY_ESC] = 1;
