@@ -25,6 +25,13 @@ enum Screen : uint8_t {
     SCREEN_END
 };
 
+enum LauncherPage : uint8_t {
+    LAUNCHER_MAIN,
+    LAUNCHER_FILES,
+    LAUNCHER_DELETE_SAVE, // asks
+    LAUNCHER_UNINSTALL    // asks
+};
+
 enum Panel : uint8_t {
     PANEL_NONE,
     PANEL_BUDGET,
@@ -66,7 +73,7 @@ struct App {
     Screen returnScreen = SCREEN_TITLE; // where the settings screen leads back to
     bool saveExists = false;
     bool paused = false; // the pause menu is open
-    int32_t launcherPage = 0;
+    LauncherPage launcherPage = LAUNCHER_MAIN;
     int32_t tutorialStep = -1; // -1 while the guided tour does not run
     UiRect tutorialCard = {};  // of the running step, all zero after the tour
 

@@ -123,8 +123,8 @@ static void applyTutorial(App& app, std::string_view value) {
 
 static void applyLauncher(App& app, std::string_view value) {
     app.screen = SCREEN_LAUNCHER;
-    app.launcherPage = indexIn({"files", "saves", "uninstall"}, value) + 1;
-    if (value == "files") refreshGameFiles(app);
+    app.launcherPage = static_cast<LauncherPage>(indexIn({"files", "saves", "uninstall"}, value) + 1);
+    if (app.launcherPage == LAUNCHER_FILES) refreshGameFiles(app);
 }
 
 static void applyDistrict(App& app, std::string_view value) { readInt(value, app.paintDistrict); }

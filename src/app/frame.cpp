@@ -3,6 +3,9 @@
 #include "app/session.h"
 #include "ui/end_screen.h"
 #include "ui/game_screen.h"
+#include "ui/launcher.h"
+#include "ui/settings_screen.h"
+#include "ui/title_screen.h"
 #include "ui/ui_widgets.h"
 #include "view/picking.h"
 #include "view/rebuild.h"
@@ -64,7 +67,7 @@ static void stepScreen(App& app, const Input& input, float dt) {
             updateTitleView(app, dt);
         break;
     case SCREEN_LAUNCHER:
-        if (input.keysPressed[KEY_ESC]) app.launcherPage = 0;
+        if (input.keysPressed[KEY_ESC]) app.launcherPage = LAUNCHER_MAIN;
         [[fallthrough]];
     case SCREEN_TITLE:
         updateTitleView(app, dt);
@@ -90,12 +93,17 @@ static void drawPicture(App& app, const Input& input) {
 static void drawScreen(App& app, const Input& input) {
     switch (app.screen) {
     case SCREEN_LAUNCHER:
+        drawLauncher(app, input);
+        break;
     case SCREEN_TITLE:
+        drawTitleScreen(app, input);
         break;
     case SCREEN_SETTINGS:
-        if (app.returnScreen != SCREEN_GAME) break;
-        drawGameScreen(app, input);
-        uiDimWindow(app.ui, 0.35f);
+        if (app.returnScreen == SCREEN_GAME) {
+            drawGameScreen(app, input);
+            uiDimWindow(app.ui, 0.35f);
+        }
+        drawOptionsScreen(app, input);
         break;
     case SCREEN_GAME:
         drawGameScreen(app, input);

@@ -149,8 +149,8 @@ static bool startSdl() {
     return false;
 }
 
-// A worker that is at the network cannot be waited for, and would not survive what libraries clear away on the
-// usual way out.
+// A worker that is at the network cannot be waited for, and would not survive what libraries clear away on
+// the usual way out.
 [[noreturn]] static void endProcess() {
     std::fflush(nullptr);
     std::_Exit(0);

@@ -25,8 +25,8 @@ float softClip(float value) {
 
 // Both random steps are taken even when no note sounds, so that the generator runs on under the music.
 static void startAmbientNote(AudioEngine& audio) {
-    audio.ambientTimer = randomUnit(audio.rng) * 1.6f + 1.2f;
-    const int index = static_cast<int>(randomUnit(audio.rng) * 6.0f) % 6;
+    audio.ambientTimer = noiseUnit(audio.rng) * 1.6f + 1.2f;
+    const int index = static_cast<int>(noiseUnit(audio.rng) * 6.0f) % 6;
     if (audio.ambientLevel < 0.5f) return;
     Voice* voice = freeVoice(audio.voices);
     if (!voice) return;

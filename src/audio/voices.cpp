@@ -54,7 +54,7 @@ static void startVoice(Voices& voices, uint32_t& rng, const EffectRow& row) {
               .freqStart = row.freqStart,
               .freqEnd = row.freqEnd,
               .gain = row.gain,
-              .noiseState = static_cast<uint32_t>(randomUnit(rng) * 100000.0f) + 7};
+              .noiseState = static_cast<uint32_t>(noiseUnit(rng) * 100000.0f) + 7};
 }
 
 void startEffect(Voices& voices, uint32_t& rng, int effect) {
@@ -105,7 +105,7 @@ static void walk(Voice& voice, int frames, Course& course) {
 static float squareOfPhase(float phase) { return phase >= 3.14159274f && phase < TWO_PI ? -1.0f : 1.0f; }
 
 static float noise(uint32_t& state) {
-    return static_cast<float>(nextRandom(state) >> 8) * 1.1920929e-07f - 1.0f;
+    return static_cast<float>(nextNoise(state) >> 8) * 1.1920929e-07f - 1.0f;
 }
 
 static float secondHarmonic(float phase) {

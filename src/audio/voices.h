@@ -53,9 +53,9 @@ struct Voice {
 using Voices = std::array<Voice, VOICE_COUNT>;
 
 // The generator of all chance in the sounds.
-inline uint32_t nextRandom(uint32_t& state) { return state = state * 1664525u + 1013904223u; }
+inline uint32_t nextNoise(uint32_t& state) { return state = state * 1664525u + 1013904223u; }
 // 0 to 1, both ends included.
-inline float randomUnit(uint32_t& state) { return static_cast<float>(nextRandom(state) >> 8) / 16777215.0f; }
+inline float noiseUnit(uint32_t& state) { return static_cast<float>(nextNoise(state) >> 8) / 16777215.0f; }
 
 // Null when all sound: whatever comes on top of them is not heard.
 Voice* freeVoice(Voices& voices);

@@ -7,7 +7,9 @@
 #include <algorithm>
 #include <cstddef>
 
-static const void* byteOffset(size_t bytes) { return reinterpret_cast<const void*>(bytes); }
+static const void* byteOffset(size_t bytes) {
+    return reinterpret_cast<const void*>(bytes); // NOLINT(performance-no-int-to-ptr)
+}
 
 bool uiInit(Ui& ui, FontSystem& fonts, std::string* errorText) {
     ui.fonts = &fonts;

@@ -1,5 +1,6 @@
 #include "ui/ui_text.h"
 
+#include "sim/numbers.h"
 #include "ui/text_layout.h"
 #include "ui/ui_shapes.h"
 
@@ -25,7 +26,7 @@ static uint32_t packColor(UiColor color) {
     uint32_t packed = 0;
     for (const float channel : {color.r, color.g, color.b, color.a}) {
         const float held = channel > 0.0f ? std::min(channel, 1.0f) : 0.0f; // NaN is 0
-        packed = packed << 8 | static_cast<uint32_t>(held * 255.0f + 0.5f);
+        packed = packed << 8 | static_cast<uint32_t>(wholePart(held * 255.0f + 0.5f));
     }
     return packed;
 }

@@ -87,21 +87,20 @@ void uiProgressBar(Ui& ui, UiRect rect, float fraction, UiColor fillColor, UiCol
 void uiSettingRow(Ui& ui, float labelX, float rowY, const char* caption, const char* hint, int rowFont) {
     const float s = uiScale(ui);
     uiText(ui, labelX, rowY + 4.0f * s, caption, rowFont, colText);
-    if (hint && *hint) uiText(ui, labelX, rowY + 30.0f * s, hint, static_cast<int>(14.0f * s), colHint);
+    if (hint && *hint) uiText(ui, labelX, rowY + 30.0f * s, hint, uiFontSize(ui, 14.0f), colHint);
 }
 
 void uiKeyValueRow(Ui& ui, float x, float& y, float rowWidth, const char* caption, const char* value,
                    UiColor valueColor) {
-    const float s = uiScale(ui);
-    const int size = static_cast<int>(15.0f * s);
+    const int size = uiFontSize(ui, 15.0f);
     uiText(ui, x, y, caption, size, colMuted);
     uiText(ui, x + rowWidth, y, value, size, valueColor, ALIGN_RIGHT);
-    y += 24.0f * s;
+    y += 24.0f * uiScale(ui);
 }
 
 void uiMeterRow(Ui& ui, float x, float y, float w, const char* caption, float value, UiColor fillColor) {
     const float s = uiScale(ui);
-    const int size = static_cast<int>(14.0f * s);
+    const int size = uiFontSize(ui, 14.0f);
     char percent[16];
     formatTextInto(percent, sizeof percent, "%d%%", percentOf(value));
     uiText(ui, x, y, caption, size, colMuted);

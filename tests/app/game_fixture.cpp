@@ -27,6 +27,7 @@ static uint32_t silentDevice() {
 
 GameTest::GameTest() {
     gl.recording = false;
+    app.ui.fonts = &app.fonts; // without a font, so that nothing is written
     const auto* test = testing::UnitTest::GetInstance()->current_test_info();
     folder = testing::TempDir() + test->test_suite_name() + "." + test->name() + "/";
     std::filesystem::remove_all(folder);
@@ -35,6 +36,7 @@ GameTest::GameTest() {
     app.savePath = folder + "savegame.ovw";
     app.settingsPath = folder + "settings.ini";
     app.settings.tutorialDone = true;
+    app.ui.fonts = &app.fonts; // without a font, unless a test takes some
     app.city = flatCity();
     app.screen = SCREEN_GAME;
     app.initialised = true;

@@ -152,8 +152,8 @@ TEST_F(MixerTest, TheFirstNoteComesAfterASecondAndTheNextByChance) {
     ASSERT_EQ(notes(), 1);
     const Voice& note = audio.voices[0];
     uint32_t state = 12345;
-    const float pause = randomUnit(state) * 1.6f + 1.2f;
-    const int index = static_cast<int>(randomUnit(state) * 6.0f) % 6;
+    const float pause = noiseUnit(state) * 1.6f + 1.2f;
+    const int index = static_cast<int>(noiseUnit(state) * 6.0f) % 6;
     const float frequencies[] = {293.66f, 329.63f, 349.23f, 392.0f, 440.0f, 523.25f};
     EXPECT_EQ(audio.rng, state);
     EXPECT_EQ(note.freqStart, frequencies[index]);
@@ -186,8 +186,8 @@ TEST_F(MixerTest, TheTopOfTheChanceIsTheFirstNoteAgain) {
     uint32_t state = 0; // such that the second step from it gives exactly 1
     for (;; state++) {
         uint32_t next = state;
-        nextRandom(next);
-        if (randomUnit(next) == 1.0f) break;
+        nextNoise(next);
+        if (noiseUnit(next) == 1.0f) break;
     }
     audio.rng = state;
     audio.ambientTimer = 0.0f;

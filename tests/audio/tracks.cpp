@@ -56,7 +56,7 @@ static std::vector<int16_t> chord(int hz, int channels, float seconds) {
         for (int channel = 0; channel < channels; channel++) {
             const double tones = std::sin(t * (220.0 + 110.0 * channel)) + 0.5 * std::sin(t * 1375.0);
             samples.push_back(static_cast<int16_t>(8000.0 * tones +
-                                                   3000.0 * (static_cast<double>(randomUnit(state)) - 0.5)));
+                                                   3000.0 * (static_cast<double>(noiseUnit(state)) - 0.5)));
         }
     }
     return samples;
@@ -132,7 +132,7 @@ Bytes noiseFrame(FrameHeader header, uint32_t seed) {
         for (int channel = 0; channel < channels; channel++)
             out.put(band < 3 ? 4 : 0, 4);                  // five bits a sample
     for (int i = 0; i < 3 * channels; i++) out.put(12, 6); // the scale
-    for (int i = 0; i < 12 * 3 * channels; i++) out.put(nextRandom(seed) >> 27, 5);
+    for (int i = 0; i < 12 * 3 * channels; i++) out.put(nextNoise(seed) >> 27, 5);
     return frame;
 }
 

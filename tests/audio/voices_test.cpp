@@ -40,8 +40,8 @@ protected:
 
 TEST_F(VoicesTest, TheGeneratorIsTheKnownOne) {
     uint32_t state = 12345;
-    EXPECT_EQ(nextRandom(state), 87628868u);
-    EXPECT_EQ(nextRandom(state), 71072467u);
+    EXPECT_EQ(nextNoise(state), 87628868u);
+    EXPECT_EQ(nextNoise(state), 71072467u);
 }
 
 TEST_F(VoicesTest, EveryEffectStartsItsVoices) {
@@ -112,7 +112,7 @@ TEST_F(VoicesTest, EveryVoiceTakesOneRandomStepForItsSeed) {
     startEffect(voices, rng, SOUND_MISSION);
     uint32_t expected = 12345;
     for (size_t i = 0; i < 3; i++)
-        EXPECT_EQ(voices[i].noiseState, static_cast<uint32_t>(randomUnit(expected) * 100000.0f) + 7);
+        EXPECT_EQ(voices[i].noiseState, static_cast<uint32_t>(noiseUnit(expected) * 100000.0f) + 7);
     EXPECT_EQ(rng, expected);
 }
 

@@ -96,15 +96,20 @@ class Screen:
 
 
 class Game:
-    """The program in a window of the screen, with an empty preference folder unless `home` names one."""
+    """The program in a window of the screen, with an empty preference folder unless `home` names one or `save` holds
+    the saved game that it finds there."""
 
-    def __init__(self, screen, home=None, size=None, **variables):
+    def __init__(self, screen, home=None, size=None, save=None, program=PROGRAM, **variables):
         self.temporary = tempfile.TemporaryDirectory()
         self.home = home or self.temporary.name
         self.screen = screen
         self.choose(size)
-        self.environment = clean_environment(self.home, DISPLAY=screen.display, SDL_AUDIODRIVER="dummy", **variables)
-        self.process = subprocess.Popen([PROGRAM], env=self.environment,
+        if save is not None:
+            os.makedirs(self.preferences, exist_ok=True)
+            with open(self.save_path, "wb") as file:
+                file.write(save)
+        self.environment = clean_environment(self.home, DISPLAY=screen.display, **variables)
+        self.process = subprocess.Popen([program], env=self.environment,
                                         stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
         self.in_play = variables.get("OV_DEMO") == "1"  # and not paused
         self.slowest_frame = 0.0  # seconds, of those that a save has measured
@@ -220,6 +225,10 @@ class Game:
         self.xdotool("mouseup", str(button))
         self.frames()
 
+    def click(self, x, y):
+        self.xdotool("mousemove", "--window", self.window, str(x), str(y), "click", "1")
+        self.frames()
+
     def wheel(self, steps):
         """Positive away from the player."""
         for _ in range(abs(steps)):
@@ -305,11 +314,11 @@ def clean_environment(home, **variables):
     """What the program sees: a home folder of its own and none of the caller's variables that steer it."""
     kept = {name: value for name, value in os.environ.items()
             if not name.startswith(("OV_", "SDL_", "XDG_", "WAYLAND_")) and name != "DISPLAY"}
-    return {**kept, "HOME": home, "LIBGL_ALWAYS_SOFTWARE": "1", **variables}
+    return {**kept, "HOME": home, "LIBGL_ALWAYS_SOFTWARE": "1", "SDL_AUDIODRIVER": "dummy", **variables}
 
 
-def run_to_end(home, timeout=60, **variables):
+def run_to_end(home, timeout=60, program=PROGRAM, **variables):
     """Starts the program without a screen of ours, waits for its end: (exit code, error stream)."""
-    result = subprocess.run([PROGRAM], env=clean_environment(home, SDL_AUDIODRIVER="dummy", **variables),
+    result = subprocess.run([program], env=clean_environment(home, **variables),
                             stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, timeout=timeout)
     return result.returncode, result.stderr.decode()

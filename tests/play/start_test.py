@@ -50,8 +50,9 @@ class Start(unittest.TestCase):
         self.assertEqual((code, errors), (0, NO_MUSIC))
         picture = read_bmp(self.shot)
         self.assertEqual((picture.width, picture.height), (1600, 900))
-        red, green, blue = picture.pixel(800, 450)  # land under the title's evening sun
+        red, green, blue = picture.pixel(200, 450)  # land under the title's evening sun, beside the launcher
         self.assertGreater(green, blue)
+        self.assertEqual(picture.pixel(600, 531), (204, 148, 51))  # the launcher's button that opens the game
 
     def test_a_picture_that_cannot_be_written_is_silent(self):
         code, errors = run_to_end(self.home, SDL_VIDEODRIVER="offscreen", OV_SHOT="/nonexistent/x.bmp", OV_FRAMES="1")
