@@ -78,21 +78,28 @@ static int widthOf(TTF_Font* font, const std::string& text) {
     return TTF_SizeUTF8(font, text.c_str(), &width, nullptr) == 0 ? width : 0;
 }
 
-int measureMixedText(TTF_Font* font, TTF_Font* latinFont, const std::string& text) {
+static int measurePieces(TTF_Font* font, TTF_Font* latinFont, const std::vector<Piece>& pieces) {
     int width = 0;
-    for (const Piece& piece : splitPieces(text)) width += widthOf(piece.latin ? latinFont : font, piece.text);
+    for (const Piece& piece : pieces) width += widthOf(piece.latin ? latinFont : font, piece.text);
     return width;
 }
 
+int measureMixedText(TTF_Font* font, TTF_Font* latinFont, const std::string& text) {
+    return measurePieces(font, latinFont, splitPieces(text));
+}
+
 SDL_Surface* renderMixedText(TTF_Font* font, TTF_Font* latinFont, const std::string& text, SDL_Color color) {
+    const std::vector<Piece> pieces = splitPieces(text);
+    if (pieces.size() == 1 && !pieces[0].latin) return TTF_RenderUTF8_Blended(font, text.c_str(), color);
+
     int height = 0;
     TTF_SizeUTF8(font, text.c_str(), nullptr, &height);
-    SDL_Surface* line = SDL_CreateRGBSurfaceWithFormat(0, measureMixedText(font, latinFont, text), height, 32,
+    SDL_Surface* line = SDL_CreateRGBSurfaceWithFormat(0, measurePieces(font, latinFont, pieces), height, 32,
                                                        SDL_PIXELFORMAT_RGBA32);
     if (!line) return nullptr;
     const int latinTop = baseLine(font) - baseLine(latinFont);
     int x = 0;
-    for (const Piece& piece : splitPieces(text)) {
+    for (const Piece& piece : pieces) {
         TTF_Font* pieceFont = piece.latin ? latinFont : font;
         SDL_Rect place = {x, piece.latin ? latinTop : 0, 0, 0};
         x += widthOf(pieceFont, piece.text);
