@@ -1,5 +1,5 @@
-// play_folder FOLDER SECONDS: what the player makes of the tracks there in game mode, at full volume, as stereo floats
-// on the output stream.
+// play_folder FOLDER SECONDS: what the player makes of the tracks there in game mode, at full volume, as
+// stereo floats on the output stream.
 #include "audio/music_player.h"
 #include "audio/sample_rate.h"
 
