@@ -83,8 +83,7 @@ static void fillBed(const BlockSound& sound, int first, Block& bed) {
     }
 }
 
-// The volumes are the one thing that the main thread writes without the lock. A buffer may mix an old with a
-// new one.
+// The main thread writes the volumes without the lock: a buffer may mix an old one with a new one.
 static float readVolume(float& volume) {
     return std::atomic_ref<float>(volume).load(std::memory_order_relaxed);
 }

@@ -100,8 +100,7 @@ static void walk(Voice& voice, int frames, Course& course) {
     voice.phase = phase;
 }
 
-// The sign of the sine: single precision has no phase at which it is 0, and its turn lies just past the true
-// one.
+// The sign of the sine. Half a turn and TWO_PI are both a little more than the true ones in single precision.
 static float squareOfPhase(float phase) { return phase >= 3.14159274f && phase < TWO_PI ? -1.0f : 1.0f; }
 
 static float noise(uint32_t& state) {

@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#ifndef _WIN32
 #include <sys/stat.h>
+#endif
 
 class MusicScanTest : public testing::Test {
 protected:
@@ -102,29 +104,31 @@ TEST_F(MusicScanTest, AnEmptyFileIsATrack) {
     EXPECT_EQ(player.tracks[0].size, 0u);
 }
 
-TEST_F(MusicScanTest, WhatIsNoFileEndsTheList) {
+TEST_F(MusicScanTest, AFolderEndsTheList) {
+    write(1, "one");
+    write(3, "three");
+    std::filesystem::create_directory(dir.file("music2.mp3"));
+    EXPECT_TRUE(scan());
+    EXPECT_EQ(player.tracks.size(), 1u);
+}
+
+#ifndef _WIN32
+TEST_F(MusicScanTest, PipesDevicesAndLinksToNowhereEndTheList) {
     write(1, "one");
     write(3, "three");
     const std::string path = dir.file("music2.mp3");
-    std::filesystem::create_directory(path);
-    EXPECT_TRUE(scan());
-    EXPECT_EQ(player.tracks.size(), 1u);
-
-    std::filesystem::remove(path);
     ASSERT_EQ(mkfifo(path.c_str(), 0600), 0); // nobody will ever write to it
     EXPECT_TRUE(scan());
     EXPECT_EQ(player.tracks.size(), 1u);
 
-    std::filesystem::remove(path);
-    std::filesystem::create_symlink(path, path);
-    scan();
-    EXPECT_EQ(player.tracks.size(), 1u);
-
-    std::filesystem::remove(path);
-    std::filesystem::create_symlink("/dev/zero", path); // has no end
-    scan();
-    EXPECT_EQ(player.tracks.size(), 1u);
+    for (const char* target : {"/dev/zero", "/nonexistent", "music2.mp3"}) {
+        std::filesystem::remove(path);
+        std::filesystem::create_symlink(target, path);
+        EXPECT_TRUE(scan());
+        EXPECT_EQ(player.tracks.size(), 1u) << target;
+    }
 }
+#endif
 
 TEST_F(MusicScanTest, AFileBeyondWhatTheDecoderCanCountEndsTheList) {
     write(1, "one");

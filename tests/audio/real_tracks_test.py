@@ -78,7 +78,6 @@ class RealTracks(unittest.TestCase):
         expected = expected[delay:delay + len(sound)]
         self.assertEqual(expected.shape, sound.shape)
         for ear in range(2):
-            # sox may stand a fraction of a frame aside after resampling: the best of the neighbours counts.
             self.assertGreater(np.corrcoef(sound[:, ear], expected[:, ear])[0, 1], 0.999)
             level = np.sqrt(np.mean(sound[:, ear] ** 2) / np.mean(expected[:, ear] ** 2))
             self.assertAlmostEqual(level, 1.0, delta=0.003)
