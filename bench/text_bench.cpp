@@ -11,11 +11,11 @@ constexpr uint32_t WHITE = 0xFFFFFFFF;
 constexpr int LANGUAGES[] = {0, 10, 12, 13}; // English, Chinese, Arabic, Hindi
 
 // The 2-D layer of a window 720 pixels high, with the fonts of a language.
-struct Screen {
+struct BenchScreen {
     FontSystem fonts;
     Ui ui;
 
-    explicit Screen(int language = 0) {
+    explicit BenchScreen(int language = 0) {
         openGraphics();
         setCurrentLanguage(language);
         fontsInit(fonts, nullptr);
@@ -23,12 +23,12 @@ struct Screen {
         uiInit(ui, fonts, nullptr);
         begin();
     }
-    ~Screen() {
+    ~BenchScreen() {
         uiDestroy(ui);
         fontsShutdown(fonts);
     }
-    Screen(const Screen&) = delete;
-    Screen& operator=(const Screen&) = delete;
+    BenchScreen(const BenchScreen&) = delete;
+    BenchScreen& operator=(const BenchScreen&) = delete;
 
     void begin() { uiBeginFrame(ui, 1280, 720, {}); }
 };
@@ -41,14 +41,14 @@ static void languages(benchmark::internal::Benchmark* benchmark) {
 // --- Runs
 
 static void cachedRun(benchmark::State& state) {
-    Screen screen(static_cast<int>(state.range(0)));
+    BenchScreen screen(static_cast<int>(state.range(0)));
     for (auto _ : state)
         benchmark::DoNotOptimize(fontsRenderRun(screen.fonts, tr(STR_DEMAND), 16, WHITE, false));
 }
 BENCHMARK(cachedRun)->Apply(languages);
 
 static void missedRun(benchmark::State& state) {
-    Screen screen(static_cast<int>(state.range(0)));
+    BenchScreen screen(static_cast<int>(state.range(0)));
     uint32_t color = 0; // each is a run of its own
     for (auto _ : state)
         benchmark::DoNotOptimize(
@@ -59,13 +59,13 @@ BENCHMARK(missedRun)->Apply(languages)->Unit(benchmark::kMicrosecond);
 // --- Measures
 
 static void knownWidth(benchmark::State& state) {
-    Screen screen;
+    BenchScreen screen;
     for (auto _ : state) benchmark::DoNotOptimize(uiTextWidth(screen.ui, tr(STR_DEMAND), 16));
 }
 BENCHMARK(knownWidth);
 
 static void newWidth(benchmark::State& state) {
-    Screen screen(static_cast<int>(state.range(0)));
+    BenchScreen screen(static_cast<int>(state.range(0)));
     for (auto _ : state) benchmark::DoNotOptimize(fontsMeasureAnew(screen.fonts, tr(STR_DEMAND), 16, false));
 }
 BENCHMARK(newWidth)->Apply(languages)->Unit(benchmark::kMicrosecond);
@@ -73,13 +73,13 @@ BENCHMARK(newWidth)->Apply(languages)->Unit(benchmark::kMicrosecond);
 constexpr float NARROW = 60.0f; // the label has to be lowered to the floor
 
 static void knownFit(benchmark::State& state) {
-    Screen screen;
+    BenchScreen screen;
     for (auto _ : state) benchmark::DoNotOptimize(uiFitFontSize(screen.ui, tr(STR_NEW_CITY), 22, NARROW));
 }
 BENCHMARK(knownFit);
 
 static void newFit(benchmark::State& state) {
-    Screen screen;
+    BenchScreen screen;
     for (auto _ : state) {
         benchmark::DoNotOptimize(uiFitFontSize(screen.ui, tr(STR_NEW_CITY), 22, NARROW));
         screen.fonts.fittedSizes.clear();
@@ -88,19 +88,19 @@ static void newFit(benchmark::State& state) {
 BENCHMARK(newFit)->Unit(benchmark::kMicrosecond);
 
 // The longest text of the program, in seven lines.
-static void drawParagraph(Screen& screen) {
+static void drawParagraph(BenchScreen& screen) {
     screen.begin();
     uiWrappedText(screen.ui, {0.0f, 0.0f, 240.0f, 400.0f}, tr(STR_SETUP_INTRODUCTION), 15, colText, 1.0f);
 }
 
 static void knownParagraph(benchmark::State& state) {
-    Screen screen(static_cast<int>(state.range(0)));
+    BenchScreen screen(static_cast<int>(state.range(0)));
     for (auto _ : state) drawParagraph(screen);
 }
 BENCHMARK(knownParagraph)->Apply(languages);
 
 static void newParagraph(benchmark::State& state) {
-    Screen screen(static_cast<int>(state.range(0)));
+    BenchScreen screen(static_cast<int>(state.range(0)));
     for (auto _ : state) {
         drawParagraph(screen);
         screen.fonts.paragraphs.clear();
@@ -111,14 +111,14 @@ BENCHMARK(newParagraph)->Apply(languages)->Unit(benchmark::kMicrosecond);
 // --- Frames
 
 static void flush(benchmark::State& state) {
-    Screen screen;
+    BenchScreen screen;
     while (screen.ui.vertices.size() < 5000) uiRect(screen.ui, {10.0f, 10.0f, 50.0f, 50.0f}, colPanel);
     for (auto _ : state) uiFlush(screen.ui);
 }
 BENCHMARK(flush);
 
 static void button(benchmark::State& state) {
-    Screen screen;
+    BenchScreen screen;
     for (auto _ : state) {
         screen.ui.vertices.clear();
         screen.ui.commands.clear();
@@ -129,7 +129,7 @@ BENCHMARK(button);
 
 // More than any screen shows: 40 buttons, 60 labels, 12 bars and a paragraph.
 static void fullFrame(benchmark::State& state) {
-    Screen screen(static_cast<int>(state.range(0)));
+    BenchScreen screen(static_cast<int>(state.range(0)));
     for (auto _ : state) {
         screen.begin();
         Ui& ui = screen.ui;

@@ -50,7 +50,7 @@ static int baseLine(TTF_Font* font) {
 
 // --- The pieces of a text ----------------------------------------------------------------------------------
 
-struct Piece {
+struct TextPiece {
     std::string text;
     bool latin;
 };
@@ -59,8 +59,8 @@ static bool isPrintedAscii(char c) { return c > ' ' && c <= '~'; }
 static bool isLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
 
 // A Latin word is ASCII without blanks, and one letter at least: "[F5]" is one, "100%" is none.
-static std::vector<Piece> splitPieces(const std::string& text) {
-    std::vector<Piece> pieces;
+static std::vector<TextPiece> splitPieces(const std::string& text) {
+    std::vector<TextPiece> pieces;
     for (size_t start = 0; start < text.size();) {
         size_t end = start;
         bool latin = false;
@@ -78,9 +78,9 @@ static int widthOf(TTF_Font* font, const std::string& text) {
     return TTF_SizeUTF8(font, text.c_str(), &width, nullptr) == 0 ? width : 0;
 }
 
-static int measurePieces(TTF_Font* font, TTF_Font* latinFont, const std::vector<Piece>& pieces) {
+static int measurePieces(TTF_Font* font, TTF_Font* latinFont, const std::vector<TextPiece>& pieces) {
     int width = 0;
-    for (const Piece& piece : pieces) width += widthOf(piece.latin ? latinFont : font, piece.text);
+    for (const TextPiece& piece : pieces) width += widthOf(piece.latin ? latinFont : font, piece.text);
     return width;
 }
 
@@ -89,7 +89,7 @@ int measureMixedText(TTF_Font* font, TTF_Font* latinFont, const std::string& tex
 }
 
 SDL_Surface* renderMixedText(TTF_Font* font, TTF_Font* latinFont, const std::string& text, SDL_Color color) {
-    const std::vector<Piece> pieces = splitPieces(text);
+    const std::vector<TextPiece> pieces = splitPieces(text);
     if (pieces.size() == 1 && !pieces[0].latin) return TTF_RenderUTF8_Blended(font, text.c_str(), color);
 
     int height = 0;
@@ -99,7 +99,7 @@ SDL_Surface* renderMixedText(TTF_Font* font, TTF_Font* latinFont, const std::str
     if (!line) return nullptr;
     const int latinTop = baseLine(font) - baseLine(latinFont);
     int x = 0;
-    for (const Piece& piece : pieces) {
+    for (const TextPiece& piece : pieces) {
         TTF_Font* pieceFont = piece.latin ? latinFont : font;
         SDL_Rect place = {x, piece.latin ? latinTop : 0, 0, 0};
         x += widthOf(pieceFont, piece.text);

@@ -10,12 +10,12 @@
 namespace plain {
 
 // What a source serves: buildings, and the half side of its square reach in cells. Zero for other kinds.
-struct SourceRow {
+struct PlainSourceRow {
     int capacity;
     int reach;
 };
 
-static SourceRow powerSource(int kind) {
+static PlainSourceRow powerSource(int kind) {
     switch (kind) {
     case KIND_GAS_POWER_PLANT:
         return {150, 30};
@@ -28,7 +28,9 @@ static SourceRow powerSource(int kind) {
     }
 }
 
-static SourceRow waterSource(int kind) { return kind == KIND_WATER_PUMP ? SourceRow{130, 20} : SourceRow{}; }
+static PlainSourceRow waterSource(int kind) {
+    return kind == KIND_WATER_PUMP ? PlainSourceRow{130, 20} : PlainSourceRow{};
+}
 
 struct Source {
     int x;
@@ -39,10 +41,10 @@ struct Source {
 
 using SourceList = std::vector<Source>;
 
-static SourceList collectSources(const City& city, SourceRow (*rowOf)(int kind)) {
+static SourceList collectSources(const City& city, PlainSourceRow (*rowOf)(int kind)) {
     SourceList sources;
     for (const Building& building : city.buildings) {
-        const SourceRow row = rowOf(building.kind);
+        const PlainSourceRow row = rowOf(building.kind);
         if (row.capacity > 0 && isFinished(building) && building.roadAccess)
             sources.push_back({building.x, building.y, row.capacity, row.reach});
     }

@@ -5,28 +5,28 @@
 #include <algorithm>
 #include <cmath>
 
-struct Tower {
+struct PlainTower {
     float left;
     float right;
     float top;
 };
 
-constexpr Tower BACK_TOWERS[] = {{0, 30, 170},    {28, 58, 152},   {56, 84, 180},   {82, 106, 160},
-                                 {150, 178, 166}, {176, 202, 146}, {200, 230, 178}, {226, 256, 160}};
-constexpr Tower FRONT_TOWERS[] = {{8, 40, 186},    {38, 66, 142},   {64, 96, 198},
-                                  {94, 116, 172},  {112, 146, 98},  {142, 166, 140},
-                                  {164, 192, 188}, {190, 218, 150}, {214, 248, 176}};
+constexpr PlainTower BACK_TOWERS[] = {{0, 30, 170},    {28, 58, 152},   {56, 84, 180},   {82, 106, 160},
+                                      {150, 178, 166}, {176, 202, 146}, {200, 230, 178}, {226, 256, 160}};
+constexpr PlainTower FRONT_TOWERS[] = {{8, 40, 186},    {38, 66, 142},   {64, 96, 198},
+                                       {94, 116, 172},  {112, 146, 98},  {142, 166, 140},
+                                       {164, 192, 188}, {190, 218, 150}, {214, 248, 176}};
 
 static float smooth(float v) {
     const float t = std::clamp(v, 0.0f, 1.0f);
     return t * t * (3.0f - 2.0f * t);
 }
 
-static bool covers(const Tower& tower, float x, float y) {
+static bool covers(const PlainTower& tower, float x, float y) {
     return tower.left <= x && x < tower.right && tower.top <= y && y < 204.0f;
 }
 
-static bool windowLit(const Tower& tower, float x, float y, uint32_t seed) {
+static bool windowLit(const PlainTower& tower, float x, float y, uint32_t seed) {
     const float u = x - tower.left;
     const float v = y - tower.top;
     if (std::fmod(u, 6.0f) <= 2.0f || std::fmod(v, 7.0f) <= 2.2f) return false;
@@ -53,13 +53,13 @@ static Vec3 paintSky(float x, float y) {
 }
 
 static void paintTowers(Vec3& colour, float x, float y) {
-    for (const Tower& tower : BACK_TOWERS) {
+    for (const PlainTower& tower : BACK_TOWERS) {
         if (!covers(tower, x, y)) continue;
         colour = {0.11f, 0.13f, 0.25f};
         if (windowLit(tower, x, y, 91)) colour = {0.98f, 0.8f, 0.46f};
     }
     uint32_t seed = 7;
-    for (const Tower& tower : FRONT_TOWERS) {
+    for (const PlainTower& tower : FRONT_TOWERS) {
         if (covers(tower, x, y)) {
             colour = {0.08f, 0.09f, 0.18f};
             if (windowLit(tower, x, y, seed)) colour = {1.0f, 0.84f, 0.5f};

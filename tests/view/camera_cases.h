@@ -1,7 +1,7 @@
 // What the camera makes of single frames of input, and where the clamp leaves a pose.
 #pragma once
 
-struct Pose {
+struct CameraPose {
     float x;
     float z;
     float yaw;
@@ -18,14 +18,14 @@ struct CameraFrameCase {
     float wheel;
     const char* held; // keys; ^v<> for the arrows, ( and ) for the right and the middle button
     float dt;
-    Pose before;
-    Pose after;
+    CameraPose before;
+    CameraPose after;
 };
 
 struct CameraClampCase {
     float aspect;
-    Pose before;
-    Pose after;
+    CameraPose before;
+    CameraPose after;
 };
 
 constexpr CameraFrameCase CAMERA_FRAME_CASES[] = {

@@ -12,7 +12,7 @@
 constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
 constexpr float ENDLESS = std::numeric_limits<float>::infinity();
 
-static Camera cameraAt(const Pose& pose) {
+static Camera cameraAt(const CameraPose& pose) {
     Camera camera;
     camera.target = {pose.x, 0.0f, pose.z};
     camera.yaw = pose.yaw;
@@ -21,7 +21,7 @@ static Camera cameraAt(const Pose& pose) {
     return camera;
 }
 
-static void expectPose(const Camera& camera, const Pose& pose) {
+static void expectPose(const Camera& camera, const CameraPose& pose) {
     EXPECT_NEAR(camera.target.x, pose.x, 0.02f);
     EXPECT_NEAR(camera.target.z, pose.z, 0.02f);
     EXPECT_NEAR(camera.yaw, pose.yaw, 1e-4f);
