@@ -10,6 +10,8 @@ static bool isContinuation(char c) { return (static_cast<uint8_t>(c) & 0xC0u) ==
 const char* formatTextInto(char* buffer, size_t size, const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
+    // The analyzer loses sight of va_start when it has read other sources before.
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized)
     const int length = std::vsnprintf(buffer, size, format, arguments);
     va_end(arguments);
     if (size == 0) return buffer;
