@@ -65,10 +65,10 @@ static void drawTools(App& app, float s, float& y, int fontSize) {
 static void drawDistricts(App& app, float s, float top, int fontSize) {
     const float width = (216.0f - 12.0f) / 4.0f * s;
     for (int district = 1; district < DISTRICT_COUNT; district++) {
-        const float column = static_cast<float>((district - 1) % 4);
-        const float row = static_cast<float>((district - 1) / 4);
-        const UiRect rect = {18.0f * s + column * (width + 4.0f * s), top + row * 34.0f * s, width,
-                             30.0f * s};
+        const int column = (district - 1) % 4;
+        const int row = (district - 1) / 4;
+        const UiRect rect = {18.0f * s + static_cast<float>(column) * (width + 4.0f * s),
+                             top + static_cast<float>(row) * 34.0f * s, width, 30.0f * s};
         char number[16];
         formatTextInto(number, sizeof number, "%d", district);
         if (uiButton(app.ui, DISTRICT_ID + static_cast<uint32_t>(district), rect, number, true,
