@@ -25,7 +25,8 @@ static void drawRows(Ui& ui) {
     const float columnWidth = static_cast<float>(ui.screenW) / COLUMNS;
     const float rowHeight = static_cast<float>(ui.screenH) / ROWS;
     for (int id = 0; id < STRING_COUNT; id++) {
-        const float x = static_cast<float>(id / ROWS) * columnWidth + 8.0f;
+        const int column = id / ROWS;
+        const float x = static_cast<float>(column) * columnWidth + 8.0f;
         const float y = static_cast<float>(id % ROWS) * rowHeight;
         uiText(ui, x, y + 4.0f, std::to_string(id).c_str(), 12, colMuted);
         const int size = uiFitFontSize(ui, tr(id), 18, columnWidth - 52.0f);
@@ -83,7 +84,8 @@ static void drawCards(Ui& ui, float s, float y) {
     constexpr float WIDTH = 440.0f;
     for (int i = 0; i < 7; i++) {
         const float x = (10.0f + static_cast<float>(i % 3) * (WIDTH + 10.0f)) * s;
-        const UiRect card = {x, y + static_cast<float>(i / 3) * 104.0f * s, WIDTH * s, 96.0f * s};
+        const int row = i / 3;
+        const UiRect card = {x, y + static_cast<float>(row) * 104.0f * s, WIDTH * s, 96.0f * s};
         uiRect(ui, card, colPanel);
         uiWrappedText(ui, card, tr(FIRST + i), static_cast<int>(18.0f * s), colText, s);
     }
