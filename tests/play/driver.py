@@ -1,9 +1,10 @@
 """Plays the real program as a player would: in a real window on a virtual screen, with key and mouse events.
 
-    with Screen() as screen, Game(screen, OV_DEMO="1") as game:
-        game.hold("w", 0.5)
-        picture = game.picture()
+    with Screen() as screen, Game(screen, window=(640, 360), OV_DEMO="1") as game:
+        game.hold("w")
+        picture = game.settled_picture(0.2)
 """
+import contextlib
 import os
 import signal
 import struct
@@ -11,6 +12,7 @@ import subprocess
 import tempfile
 import time
 
+PATIENCE = 60.0  # seconds until a slow machine has done what it was asked for
 PROGRAM = os.environ.get("ORLAVANE") or os.path.join(os.path.dirname(os.path.abspath(__file__)),
                                                     "../../build/release/bin/Orlavane")
 
@@ -95,17 +97,30 @@ class Screen:
             process.wait()
 
 
-class Game:
-    """The program in a window of the screen, with an empty preference folder unless `home` names one or `save` holds
-    the saved game that it finds there."""
+def wait_until(condition, what="it does not happen", patience=PATIENCE):
+    deadline = time.monotonic() + patience
+    while not condition():
+        assert time.monotonic() < deadline, what() if callable(what) else what
+        time.sleep(0.02)
 
-    def __init__(self, screen, home=None, size=None, save=None, program=PROGRAM, **variables):
+
+PLAIN = dict(resolution=0, quality=0)  # the settings that are drawn the fastest
+
+
+class Game:
+    """The program in a window of the screen, with an empty preference folder unless `home` names one, `settings` are
+    written there, or `save` holds the saved game that it finds there. The software rasteriser pays for each pixel:
+    `window` is the size that a test can do with."""
+
+    def __init__(self, screen, home=None, settings=PLAIN, window=None, save=None, program=PROGRAM, **variables):
         self.temporary = tempfile.TemporaryDirectory()
         self.home = home or self.temporary.name
         self.screen = screen
-        self.choose(size)
+        os.makedirs(self.preferences, exist_ok=True)
+        if settings is not None:
+            with open(self.settings_path, "w") as file:
+                file.writelines(f"{key}={value}\n" for key, value in settings.items())
         if save is not None:
-            os.makedirs(self.preferences, exist_ok=True)
             with open(self.save_path, "wb") as file:
                 file.write(save)
         self.environment = clean_environment(self.home, DISPLAY=screen.display, **variables)
@@ -116,17 +131,21 @@ class Game:
         try:
             self.window = self.wait_for_window()
             self.xdotool("windowfocus", "--sync", self.window)
-            self.wait_for_first_frame()
+            wait_until(self.draws, "nothing was drawn")
+            if window:
+                self.resize(*window)
         except BaseException:
             self.__exit__()
             raise
 
-    def choose(self, size):
-        """Writes the setting of the window size, 0 to 2, before the program reads it."""
-        if size is not None:
-            os.makedirs(self.preferences, exist_ok=True)
-            with open(os.path.join(self.preferences, "settings.ini"), "w") as file:
-                file.write(f"resolution={size}\n")
+    def draws(self):
+        return max(self.picture().mean()) >= 1.0  # an undrawn window is black
+
+    def resize(self, width, height):
+        self.xdotool("windowsize", self.window, str(width), str(height))
+        wait_until(lambda: self.geometry() == (width, height), "the window keeps its size")
+        wait_until(self.draws, "nothing was drawn")
+        self.frames(3)
 
     def __enter__(self):
         return self
@@ -147,6 +166,10 @@ class Game:
         return os.path.join(self.preferences, "savegame.ovw")
 
     @property
+    def settings_path(self):
+        return os.path.join(self.preferences, "settings.ini")
+
+    @property
     def preferences(self):
         return os.path.join(self.home, ".local/share/Orlavane/Orlavane")
 
@@ -155,7 +178,7 @@ class Game:
                               stdout=subprocess.PIPE).stdout.decode().strip()
 
     def wait_for_window(self):
-        deadline = time.monotonic() + 30
+        deadline = time.monotonic() + PATIENCE
         while time.monotonic() < deadline:
             assert self.process.poll() is None, self.process.stderr.read().decode()
             found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^Orlavane$"],
@@ -165,15 +188,9 @@ class Game:
             time.sleep(0.05)
         raise AssertionError("no window came up")
 
-    def wait_for_first_frame(self):
-        deadline = time.monotonic() + 30
-        while max(self.picture().mean()) < 1.0:  # an undrawn window is black
-            assert time.monotonic() < deadline, "nothing was drawn"
-            time.sleep(0.05)
-
-    def frames(self, count=2):
-        """Waits until the program has run that many frames and more. A running game proves it by a save: when F5
-        has had its effect, so has every event before it."""
+    def frames(self, count=1):
+        """Waits until the program has begun that many frames and more. A running game proves it by a save: when F5
+        has had its effect, so has every event before it. What was drawn then is on the screen one frame later."""
         for _ in range(count):
             if self.in_play:
                 self.sync()
@@ -187,8 +204,8 @@ class Game:
         self.xdotool("key", "F5")
         while not self.save_is_whole():
             assert self.process.poll() is None, "the program ended"
-            assert time.monotonic() < start + 30, "nothing was saved"
-            time.sleep(0.01)
+            assert time.monotonic() < start + PATIENCE, "nothing was saved"
+            time.sleep(0.005)
         self.slowest_frame = max(self.slowest_frame, time.monotonic() - start)
 
     def save_is_whole(self):
@@ -210,18 +227,24 @@ class Game:
             self.xdotool("key", key)
         self.frames()
 
-    def hold(self, key, seconds):
+    @contextlib.contextmanager
+    def held(self, key):
         self.xdotool("keydown", key)
-        time.sleep(seconds)
-        self.xdotool("keyup", key)
+        try:
+            yield
+        finally:
+            self.xdotool("keyup", key)
         self.frames()
 
+    def hold(self, key, frames=3):
+        with self.held(key):
+            self.frames(frames)
+
     def drag(self, button, start, end):
-        self.point(*start)
-        self.xdotool("mousedown", str(button))
+        self.xdotool("mousemove", "--window", self.window, str(start[0]), str(start[1]), "mousedown", str(button))
         self.frames()
-        self.point((start[0] + end[0]) // 2, (start[1] + end[1]) // 2)
-        self.point(*end)
+        if end != start:
+            self.point(*end)
         self.xdotool("mouseup", str(button))
         self.frames()
 
@@ -242,10 +265,11 @@ class Game:
 
     def settled_picture(self, still):
         """The picture once it stays within `still` of itself for a few frames."""
-        deadline = time.monotonic() + 20
+        deadline = time.monotonic() + PATIENCE
+        self.frames(2)
         before = self.picture()
         while True:
-            self.frames(3)
+            self.frames(2)
             now = self.picture()
             if now.difference(before) <= still:
                 return now
@@ -268,10 +292,15 @@ class Game:
         self.press_load()
 
     def press_load(self):
-        """A frame reads F5 before F9: no save may follow until the load has run."""
+        """A frame reads F5 before F9: no save may follow until the file has been read."""
+        before = self.bytes_read()
         self.xdotool("key", "F9")
-        time.sleep(max(0.3, 3 * self.slowest_frame))
+        wait_until(lambda: self.bytes_read() >= before + os.path.getsize(self.save_path), "nothing was loaded")
         self.frames()
+
+    def bytes_read(self):
+        with open(f"/proc/{self.process.pid}/io") as file:
+            return int(file.readline().split()[1])
 
 
 class Save:

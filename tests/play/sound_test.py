@@ -8,7 +8,7 @@ import wave
 
 import numpy as np
 
-from driver import Game, Screen, clean_environment, PROGRAM
+from driver import PLAIN, PROGRAM, Game, Screen, clean_environment
 
 RATE = 44100
 SCENE = dict(OV_DEMO="1", OV_STATE="focus=48:57,dist=100,speed=0,hour=12")
@@ -107,7 +107,7 @@ class Sound(unittest.TestCase):
         self.temporary.cleanup()
 
     def settings(self, **volumes):
-        values = dict(resolution=0, quality=0, **volumes)  # the picture is of no account here
+        values = {**PLAIN, **volumes}
         preferences = os.path.join(self.folder, ".local/share/Orlavane/Orlavane")
         os.makedirs(preferences)
         with open(os.path.join(preferences, "settings.ini"), "w") as file:
@@ -249,9 +249,8 @@ class Sound(unittest.TestCase):
         # Music that is not heard keeps the notes of the bed away, and nothing but the effects is left.
         write_track(os.path.join(self.folder, "music1.mp3"), 5.0, 1000)
         self.settings(musicVolume=0, sfxVolume=100)
-        with Screen() as screen, Game(screen, home=self.folder, program=self.program, SDL_AUDIODRIVER="disk",
-                                      SDL_DISKAUDIOFILE=self.recording, **SCENE) as game:
-            game.xdotool("windowsize", game.window, "640", "360")  # drawn the faster
+        with Screen() as screen, Game(screen, home=self.folder, settings=None, window=(640, 360), program=self.program,
+                                      SDL_AUDIODRIVER="disk", SDL_DISKAUDIOFILE=self.recording, **SCENE) as game:
             game.point(*CENTRE)
             while len(read_sound(self.recording)) < 4 * RATE:  # a note of the first second has ended
                 time.sleep(0.1)
