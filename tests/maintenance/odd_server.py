@@ -30,6 +30,8 @@ class Handler(http.server.SimpleHTTPRequestHandler):
     def do_GET(self):
         with LOG_LOCK, open(os.path.join(FOLDER, "requests"), "a") as log:
             log.write(self.requestline + "\n" + str(self.headers).strip() + "\n\n")
+        if self.path.startswith("/held-"):
+            self.wait_for_leave()
         word, _, value = self.path.strip("/").partition("/")
         act = getattr(self, "odd_" + word, None)
         if act is None:
@@ -40,6 +42,11 @@ class Handler(http.server.SimpleHTTPRequestHandler):
         except (BrokenPipeError, ConnectionResetError, ssl.SSLError):
             pass  # the other side has had enough
         self.close_connection = True
+
+    def wait_for_leave(self):
+        """A file whose name begins with "held-" is kept back until FOLDER/go is there."""
+        while not os.path.exists(os.path.join(FOLDER, "go")):
+            time.sleep(0.01)
 
     def head(self, status, **headers):
         self.send_response(status)

@@ -42,10 +42,19 @@ class Mouse:
     def drag(self, start, end):
         self.game.drag(1, self.pixel(start), self.pixel(end))
 
+    def body(self, place, half_width):
+        """Colour of a button, left of its label."""
+        return self.game.picture().pixel(*self.pixel((place[0] - 0.85 * half_width, place[1])))
+
     def shows(self, place, colour, half_width=108):
         """Whether a button of that colour stands there, the pointer on it or not."""
-        seen = self.game.picture().pixel(*self.pixel((place[0] - 0.85 * half_width, place[1])))
-        return like(seen, colour) or like(seen, [channel + 0.14 * (255 - channel) for channel in colour])
+        seen = self.body(place, half_width)
+        return like(seen, colour) or like(seen, under_the_pointer(colour))
+
+    def hover(self, place, colour, half_width=108):
+        """Points at a button until it answers, and with it for the end of all that came before."""
+        self.game.xdotool("mousemove", "--window", self.game.window, *map(str, self.pixel(place)))
+        wait_until(lambda: like(self.body(place, half_width), under_the_pointer(colour)), f"no answer at {place}")
 
     def wait_for(self, place, colour, half_width=108):
         wait_until(lambda: self.shows(place, colour, half_width), f"no button of {colour} at {place}")
@@ -70,6 +79,10 @@ class Mouse:
     def open_title(self):
         self.click(LAUNCHER["open"])
         self.wait_for(TITLE["new"], GOLD)
+
+
+def under_the_pointer(colour):
+    return [channel + 0.14 * (255 - channel) for channel in colour]
 
 
 def like(first, second, tolerance=3):
