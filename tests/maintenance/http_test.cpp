@@ -1,5 +1,6 @@
 // The game's HTTP against a real server on the loopback interface.
 #include "maintenance/files.h"
+#include "maintenance/full_disk.h"
 #include "maintenance/ordinary_user.h"
 #include "maintenance/platform.h"
 #include "maintenance/update.h"
@@ -9,8 +10,6 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <csignal>
-#include <sys/resource.h>
 
 using testing::HasSubstr;
 using testing::Not;
@@ -285,20 +284,12 @@ TEST_F(Http, GoesThroughTheProxyOfTheSystem) {
 // --- Files that cannot be written
 
 TEST_F(Http, AFullDiskLeavesNoFileBehind) {
-    signal(SIGXFSZ, SIG_IGN);
-    rlimit before;
-    getrlimit(RLIMIT_FSIZE, &before);
-    const rlimit small = {50000, before.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &small);
-    const bool large = httpFetch(server.url("/body/200000"), nullptr, path);
-    const bool last =
-        httpFetch(server.url("/body/50001"), nullptr, path); // found out when the file is closed
-    const bool fits = httpFetch(server.url("/body/50000"), nullptr, dir.file("fits"));
-    setrlimit(RLIMIT_FSIZE, &before);
-    EXPECT_FALSE(large);
-    EXPECT_FALSE(last);
+    const FullDisk disk(50000);
+    EXPECT_FALSE(httpFetch(server.url("/body/200000"), nullptr, path));
     EXPECT_FALSE(fileExists(path));
-    EXPECT_TRUE(fits);
+    EXPECT_FALSE(httpFetch(server.url("/body/50001"), nullptr, path)); // found out when the file is closed
+    EXPECT_FALSE(fileExists(path));
+    EXPECT_TRUE(httpFetch(server.url("/body/50000"), nullptr, path));
 }
 
 TEST_F(Http, AFolderThatCannotBeWrittenIsRefused) {

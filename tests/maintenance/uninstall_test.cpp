@@ -2,6 +2,7 @@
 
 #include "app/app.h"
 #include "maintenance/files.h"
+#include "maintenance/full_disk.h"
 #include "temp_dir.h"
 
 #include <gmock/gmock.h>
@@ -268,6 +269,13 @@ TEST_F(Uninstall, AScriptThatCannotBeWrittenChangesNothing) {
     uninstallGame(app);
     EXPECT_FALSE(app.quitRequested);
     EXPECT_TRUE(fileExists(app.exePath));
+}
+
+TEST_F(Uninstall, AScriptThatFitsOnTheDiskOnlyInPartIsNotStarted) {
+    install("Orlavane");
+    const FullDisk disk(20);
+    uninstallGame(app);
+    expectNothingHappened();
 }
 
 TEST_F(Uninstall, AnEarlierScriptIsReplacedAndALinkNotFollowed) {

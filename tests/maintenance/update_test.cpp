@@ -5,6 +5,7 @@
 #include "app/app.h"
 #include "maintenance/fake_threads.h"
 #include "maintenance/files.h"
+#include "maintenance/full_disk.h"
 #include "maintenance/sha256.h"
 #include "maintenance/test_build.h"
 #include "maintenance/web_server.h"
@@ -303,6 +304,25 @@ TEST_F(Update, AFolderInThePlaceOfTheDownloadFailsAndStays) {
     ASSERT_EQ(check(), UPDATE_NEWER);
     EXPECT_EQ(download(), UPDATE_DOWNLOAD_FAILED);
     EXPECT_TRUE(fileExists(fetched + "/precious"));
+}
+
+TEST_F(Update, ADownloadThatDoesNotFitOnTheDiskFailsAndTheFileIsGone) {
+    setup += std::string(20000, '#');
+    publishSetup();
+    ASSERT_EQ(check(), UPDATE_NEWER);
+    const FullDisk disk(10000);
+    EXPECT_EQ(download(), UPDATE_DOWNLOAD_FAILED);
+    EXPECT_FALSE(app.quitRequested);
+    EXPECT_FALSE(fileExists(fetched));
+}
+
+TEST_F(Update, ATemporaryFolderThatCannotBeWrittenFails) {
+    publishSetup();
+    setenv("TMPDIR", dir.file("missing").c_str(), 1);
+    ASSERT_EQ(check(), UPDATE_NEWER);
+    EXPECT_EQ(download(), UPDATE_DOWNLOAD_FAILED);
+    EXPECT_FALSE(app.quitRequested);
+    EXPECT_FALSE(fileExists(dir.file("missing")));
 }
 
 TEST_F(Update, AfterAFailureTheButtonChecksAgain) {
