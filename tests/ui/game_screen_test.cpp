@@ -7,6 +7,7 @@
 #include "sim/missions.h"
 #include "sim/random_city.h"
 #include "ui/hud_fixture.h"
+#include "ui/stats_count.h"
 
 #include <cmath>
 #include <limits>
@@ -64,6 +65,21 @@ TEST_F(GameScreenTest, FromBackToFront) {
     EXPECT_EQ(next, order.size());
 }
 
+TEST_F(GameScreenTest, UnderThePauseMenuEveryPartStillResponds) {
+    app.paused = true;
+    clickOn("Zones");
+    EXPECT_EQ(app.currentCategory, CATEGORY_ZONES);
+    clickOn("Budget");
+    click({1226, 110, 30, 30}); // more tax
+    EXPECT_EQ(app.city.taxRate[0], 110);
+    clickOn("X");
+    EXPECT_EQ(app.currentPanel, PANEL_NONE);
+    clickOn("3");
+    EXPECT_EQ(app.speed, 3);
+    EXPECT_TRUE(app.paused);
+    EXPECT_TRUE(says("Paused"));
+}
+
 TEST_F(GameScreenTest, TheFrameRateIsShownOnRequest) {
     app.frameStats.framesPerSecond = 59.6f;
     draw();
@@ -111,6 +127,31 @@ TEST_F(GameScreenTest, ASteadyFrameTakesNoMemory) {
     const uint64_t before = allocationCount();
     drawEveryView();
     EXPECT_EQ(allocationCount(), before);
+}
+
+TEST_F(GameScreenTest, StatisticsAreComputedForTheBarForTheMissionAndForAPanelThatShowsThem) {
+    const auto times = [&] {
+        const int before = statsComputed();
+        draw();
+        return statsComputed() - before;
+    };
+    EXPECT_EQ(times(), 3); // with the city overview
+    app.city.missionIndex = missionCount();
+    EXPECT_EQ(times(), 2);
+    constexpr int TIMES[] = {1, 2, 2};
+    for (int i = 0; i < 3; i++) {
+        app.currentPanel = static_cast<uint8_t>(PANEL_BUDGET + i);
+        EXPECT_EQ(times(), TIMES[i]) << i;
+    }
+    app.currentPanel = PANEL_NONE;
+    setCategory(app, CATEGORY_DISTRICTS);
+    EXPECT_EQ(times(), 1);
+    app.selectedCellX = app.selectedCellY = 48;
+    EXPECT_EQ(times(), 1);
+    app.paused = true;
+    EXPECT_EQ(times(), 1);
+    app.screen = SCREEN_END;
+    EXPECT_EQ(times(), 2);
 }
 
 TEST_F(GameScreenTest, AnEmptyCityInEveryView) {
