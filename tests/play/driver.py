@@ -189,8 +189,9 @@ class Game:
         raise AssertionError("no window came up")
 
     def frames(self, count=1):
-        """Waits until the program has begun that many frames and more. A running game proves it by a save: when F5
-        has had its effect, so has every event before it. What was drawn then is on the screen one frame later."""
+        """Waits until the program has begun that many frames and more. A running game proves it by a save: the frame
+        that F5 is read in has every event before it as well. It ends with the tools and the picture, so that these
+        are certain one frame later."""
         for _ in range(count):
             if self.in_play:
                 self.sync()

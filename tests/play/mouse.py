@@ -28,13 +28,16 @@ PANEL_TITLE, CHART = (348, 64, 220, 30), (348, 214, 268, 200)  # and their sizes
 GOLD, BROWN, GREY = (204, 148, 51), (77, 66, 56), (71, 71, 74)  # buttons: primary, normal, disabled
 
 
+def in_window(place, width, height):
+    return round(width / 2 + place[0] * height / 720), round(place[1] * height / 720)
+
+
 class Mouse:
     def __init__(self, game):
         self.game = game
 
     def pixel(self, place):
-        width, height = self.game.geometry()
-        return round(width / 2 + place[0] * height / 720), round(place[1] * height / 720)
+        return in_window(place, *self.game.geometry())
 
     def click(self, place):
         self.game.xdotool("mousemove", "--window", self.game.window, *map(str, self.pixel(place)), "click", "1")
@@ -44,7 +47,8 @@ class Mouse:
 
     def body(self, place, half_width):
         """Colour of a button, left of its label."""
-        return self.game.picture().pixel(*self.pixel((place[0] - 0.85 * half_width, place[1])))
+        picture = self.game.picture()
+        return picture.pixel(*in_window((place[0] - 0.85 * half_width, place[1]), picture.width, picture.height))
 
     def shows(self, place, colour, half_width=108):
         """Whether a button of that colour stands there, the pointer on it or not."""
@@ -65,8 +69,8 @@ class Mouse:
     def part(self, rect):
         """The pixels of a place on the screen, row by row."""
         picture = self.game.picture()
-        left, top = self.pixel(rect[:2])
-        right, bottom = self.pixel((rect[0] + rect[2], rect[1] + rect[3]))
+        left, top = in_window(rect[:2], picture.width, picture.height)
+        right, bottom = in_window((rect[0] + rect[2], rect[1] + rect[3]), picture.width, picture.height)
         return [picture.pixel(x, y) for y in range(top, bottom) for x in range(left, right)]
 
     def count(self, rect, colour):
