@@ -4,13 +4,13 @@ import os
 import unittest
 
 from driver import Game, Save, Screen, wait_until
-from mouse import (BROWN, BUDGET, CATEGORIES, CHART, CLOSE, DISTRICT_TAX, DISTRICTS, END, FINANCES, GOLD, GREY, LAUNCHER,
-                   MENU, OPTIONS, PANEL_TITLE, PAUSE, RESIDENTIAL_TAX_UP, SMOKE_FREE, SPEEDS, TITLE, TOOLS, TOUR_NEXT,
-                   Mouse, difference)
+from mouse import (BROWN, BUDGET, CATEGORIES, CHART, CLOSE, DISTRICT_TAX, DISTRICTS, END, FINANCES, GOLD, GREY,
+                   LAUNCHER, MENU, OPTIONS, PANEL_TITLE, PAUSE, RESIDENTIAL_TAX_UP, SMOKE_FREE, SPEEDS, TITLE, TOOLS,
+                   TOUR_NEXT, Mouse, difference)
 
 WINDOW = (960, 540)  # the smallest in which nothing is squeezed
 # Places on the level land in the middle of every new map, in the first view of it.
-STREET, HOMES, OFFICES = ((0, 300), (-140, 300)), ((0, 360), (-90, 400)), ((0, 220), (90, 230))
+STREET, HOMES, DISTRICT_LAND = ((0, 300), (-140, 300)), ((0, 360), (-90, 400)), ((0, 220), (90, 230))
 PLANT, PUMP, NOWHERE = (140, 400), (170, 300), (0, 560)
 
 MONEY, TAX_RATE, DISTRICT_TAXES, DISTRICT_POLICIES = 20, 112, 160, 196  # offsets in the save
@@ -120,7 +120,7 @@ class ByMouse(unittest.TestCase):
 
     def rule_a_district(self):
         self.click(CATEGORIES["districts"], DISTRICTS[5])
-        self.mouse.drag(*OFFICES)
+        self.mouse.drag(*DISTRICT_LAND)
         self.click(DISTRICT_TAX, SMOKE_FREE)
         save = self.game.saved()
         self.assertGreater(len(save.cells_where(lambda zone, terrain, road, district, *_: district == 5)), 1)
