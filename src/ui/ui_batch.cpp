@@ -82,11 +82,14 @@ void uiFlush(Ui& ui) {
     gl.Disable(GL_BLEND);
 }
 
-void uiBatch(Ui& ui, uint32_t texture, uint32_t vertexCount) {
+UiVertex* uiBatch(Ui& ui, uint32_t texture, uint32_t vertexCount) {
+    const size_t first = ui.vertices.size();
     if (!ui.commands.empty() && ui.commands.back().texture == texture)
         ui.commands.back().count += vertexCount;
     else
-        ui.commands.push_back({texture, static_cast<uint32_t>(ui.vertices.size()), vertexCount});
+        ui.commands.push_back({texture, static_cast<uint32_t>(first), vertexCount});
+    ui.vertices.resize(first + vertexCount);
+    return ui.vertices.data() + first;
 }
 
 float uiScale(const Ui& ui) { return uiScale(ui.screenH); }

@@ -11,7 +11,10 @@
 #include "ui/fonts.h"
 
 #include <cstdint>
+#include <memory>
+#include <new>
 #include <string>
+#include <utility>
 #include <vector>
 
 struct UiRect {
@@ -43,6 +46,15 @@ struct UiVertex {
 };
 static_assert(sizeof(UiVertex) == 32);
 
+// Leaves new elements unset, for a list whose every element is written right after it grew.
+template<typename T> struct UnsetAllocator : std::allocator<T> {
+    template<typename U> struct rebind { using other = UnsetAllocator<U>; };
+    template<typename U> void construct(U* place) { ::new (static_cast<void*>(place)) U; }
+    template<typename U, typename... Arguments> void construct(U* place, Arguments&&... arguments) {
+        std::construct_at(place, std::forward<Arguments>(arguments)...);
+    }
+};
+
 // A run of vertices under one texture, 0 for solid shapes.
 struct UiDrawCommand {
     uint32_t texture;
@@ -58,7 +70,7 @@ struct Ui {
     int32_t screenUniform = -1; // places in the program
     int32_t textureUniform = -1;
     int32_t useTextureUniform = -1;
-    std::vector<UiVertex> vertices; // both keep their memory from frame to frame
+    std::vector<UiVertex, UnsetAllocator<UiVertex>> vertices; // both keep their memory from frame to frame
     std::vector<UiDrawCommand> commands;
     int32_t screenW = 1; // drawable pixels, at least 1
     int32_t screenH = 1;
@@ -77,8 +89,8 @@ void uiDestroy(Ui& ui);
 void uiBeginFrame(Ui& ui, int width, int height, const Input& input);
 void uiFlush(Ui& ui);
 
-// Makes room for vertices under a texture; the caller appends exactly that many.
-void uiBatch(Ui& ui, uint32_t texture, uint32_t vertexCount);
+// Room for vertices under a texture. The caller writes each of them before the next call.
+UiVertex* uiBatch(Ui& ui, uint32_t texture, uint32_t vertexCount);
 
 // The scale of every length on the screens: 1 in a window 720 pixels high, 0.75 to 2.
 float uiScale(const Ui& ui);

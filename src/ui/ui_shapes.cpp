@@ -11,20 +11,23 @@ static UiVertex solid(float x, float y, UiColor color) {
     return {x, y, 0.0f, 0.0f, color.r, color.g, color.b, color.a};
 }
 
-// In one piece, since a screen has thousands of them.
-template<size_t Count> static void addVertices(Ui& ui, const UiVertex (&vertices)[Count]) {
-    ui.vertices.insert(ui.vertices.end(), vertices, vertices + Count);
+// Two triangles, from the corners clockwise.
+static void addQuad(Ui& ui, uint32_t texture, const UiVertex& topLeft, const UiVertex& topRight,
+                    const UiVertex& bottomRight, const UiVertex& bottomLeft) {
+    UiVertex* vertex = uiBatch(ui, texture, 6);
+    *vertex++ = topLeft;
+    *vertex++ = topRight;
+    *vertex++ = bottomRight;
+    *vertex++ = topLeft;
+    *vertex++ = bottomRight;
+    *vertex = bottomLeft;
 }
 
 void uiQuad(Ui& ui, float x0, float y0, float x1, float y1, float texU0, float texV0, float texU1,
             float texV1, UiColor color, uint32_t texture) {
     const auto [r, g, b, a] = color;
-    const UiVertex topLeft = {x0, y0, texU0, texV0, r, g, b, a};
-    const UiVertex topRight = {x1, y0, texU1, texV0, r, g, b, a};
-    const UiVertex bottomRight = {x1, y1, texU1, texV1, r, g, b, a};
-    const UiVertex bottomLeft = {x0, y1, texU0, texV1, r, g, b, a};
-    uiBatch(ui, texture, 6);
-    addVertices(ui, {topLeft, topRight, bottomRight, topLeft, bottomRight, bottomLeft});
+    addQuad(ui, texture, {x0, y0, texU0, texV0, r, g, b, a}, {x1, y0, texU1, texV0, r, g, b, a},
+            {x1, y1, texU1, texV1, r, g, b, a}, {x0, y1, texU0, texV1, r, g, b, a});
 }
 
 void uiRect(Ui& ui, UiRect rect, UiColor color) {
@@ -41,12 +44,8 @@ void uiGradientRect(Ui& ui, UiRect rect, UiColor topColor, UiColor bottomColor) 
     if (rect.w <= 0.0f || rect.h <= 0.0f) return;
     const float x1 = rect.x + rect.w;
     const float y1 = rect.y + rect.h;
-    const UiVertex topLeft = solid(rect.x, rect.y, topColor);
-    const UiVertex topRight = solid(x1, rect.y, topColor);
-    const UiVertex bottomRight = solid(x1, y1, bottomColor);
-    const UiVertex bottomLeft = solid(rect.x, y1, bottomColor);
-    uiBatch(ui, 0, 6);
-    addVertices(ui, {topLeft, topRight, bottomRight, topLeft, bottomRight, bottomLeft});
+    addQuad(ui, 0, solid(rect.x, rect.y, topColor), solid(x1, rect.y, topColor), solid(x1, y1, bottomColor),
+            solid(rect.x, y1, bottomColor));
 }
 
 void uiFrame(Ui& ui, UiRect rect, float thickness, UiColor color) {
@@ -58,8 +57,10 @@ void uiFrame(Ui& ui, UiRect rect, float thickness, UiColor color) {
 }
 
 void uiTriangle(Ui& ui, float x0, float y0, float x1, float y1, float x2, float y2, UiColor color) {
-    uiBatch(ui, 0, 3);
-    addVertices(ui, {solid(x0, y0, color), solid(x1, y1, color), solid(x2, y2, color)});
+    UiVertex* vertex = uiBatch(ui, 0, 3);
+    *vertex++ = solid(x0, y0, color);
+    *vertex++ = solid(x1, y1, color);
+    *vertex = solid(x2, y2, color);
 }
 
 void uiLine(Ui& ui, float x0, float y0, float x1, float y1, float width, UiColor color) {
@@ -91,12 +92,14 @@ static UiVertex onRim(float cx, float cy, float radius, UnitPoint point, UiColor
 void uiArcFan(Ui& ui, float cx, float cy, float radius, float startAngle, float endAngle, int segments,
               UiColor color) {
     if (segments <= 0) return;
-    uiBatch(ui, 0, static_cast<uint32_t>(segments) * 3);
+    UiVertex* vertex = uiBatch(ui, 0, static_cast<uint32_t>(segments) * 3);
     const UiVertex centre = solid(cx, cy, color);
     UiVertex from = onRim(cx, cy, radius, rimPoint(startAngle, endAngle, segments, 0), color);
     for (int i = 1; i <= segments; i++) {
         const UiVertex to = onRim(cx, cy, radius, rimPoint(startAngle, endAngle, segments, i), color);
-        addVertices(ui, {centre, from, to});
+        *vertex++ = centre;
+        *vertex++ = from;
+        *vertex++ = to;
         from = to;
     }
 }
@@ -119,14 +122,12 @@ static std::array<CornerRim, 4> makeCornerRims() {
 
 // As uiArcFan would draw it.
 static void addCorner(Ui& ui, float cx, float cy, float radius, const CornerRim& rim, UiColor color) {
-    UiVertex fan[CORNER_SEGMENTS * 3];
+    UiVertex* vertex = uiBatch(ui, 0, CORNER_SEGMENTS * 3);
     for (size_t i = 0; i < CORNER_SEGMENTS; i++) {
-        fan[i * 3] = solid(cx, cy, color);
-        fan[i * 3 + 1] = onRim(cx, cy, radius, rim[i], color);
-        fan[i * 3 + 2] = onRim(cx, cy, radius, rim[i + 1], color);
+        *vertex++ = solid(cx, cy, color);
+        *vertex++ = onRim(cx, cy, radius, rim[i], color);
+        *vertex++ = onRim(cx, cy, radius, rim[i + 1], color);
     }
-    uiBatch(ui, 0, CORNER_SEGMENTS * 3);
-    addVertices(ui, fan);
 }
 
 void uiRoundRect(Ui& ui, UiRect rect, float radius, UiColor color) {

@@ -54,11 +54,18 @@ float shadowTerm() {
     if (uUseShadow == 0) return 1.0;
     vec3 p = vLight.xyz / vLight.w * 0.5 + 0.5;
     if (p.z > 1.0 || p.x < 0.0 || p.x > 1.0 || p.y < 0.0 || p.y > 1.0) return 1.0;
-    float lit = 0.0;
-    for (int y = -1; y <= 1; y++)
-        for (int x = -1; x <= 1; x++)
-            lit += texture(uShadow, vec3(p.xy + vec2(x, y) * uShadowTexel, p.z - 0.0015));
-    return lit / 9.0;
+    // The mean of nine filtered samples, a texel apart, from four: where the nine together weigh two neighbouring
+    // texels by 1 - f and 1, or by 1 and f, one filtered sample between the two gives both.
+    vec2 place = p.xy / uShadowTexel - 0.5;
+    vec2 f = fract(place);
+    vec2 low = (floor(place) - 0.5 + 1.0 / (2.0 - f)) * uShadowTexel;
+    vec2 high = (floor(place) + 1.5 + f / (1.0 + f)) * uShadowTexel;
+    float z = p.z - 0.0015;
+    float lower = (2.0 - f.x) * texture(uShadow, vec3(low, z)) +
+                  (1.0 + f.x) * texture(uShadow, vec3(high.x, low.y, z));
+    float upper = (2.0 - f.x) * texture(uShadow, vec3(low.x, high.y, z)) +
+                  (1.0 + f.x) * texture(uShadow, vec3(high, z));
+    return ((2.0 - f.y) * lower + (1.0 + f.y) * upper) / 9.0;
 }
 
 void main() {
@@ -73,44 +80,53 @@ void main() {
     float slant = 1.0 - max(dot(n, V), 0.0);
     float fres = slant * slant;
 
+    // What several materials need is reckoned once, for a processor that draws walks through every branch.
+    bool wall = mat >= 0.5 && mat < 1.5;
+    bool road = mat >= 2.5 && mat < 3.5;
+    bool glass = mat >= 4.5 && mat < 5.5;
+    bool solar = mat >= 5.5 && mat < 6.5;
+    float fineness = wall ? 3.0 : road ? 4.0 : solar ? 1.0 : 2.0; // squares to a unit
+    float grain = hash(floor(vPos.xz * fineness) + (wall ? floor(vPos.y) : 0.0));
     float along = abs(n.x) > 0.5 ? vPos.z : vPos.x; // the horizontal way along a wall
     float upright = step(0.5, 1.0 - abs(n.y));
+    vec2 bay = vec2(along, vPos.y) / (glass ? vec2(2.0, 3.2) : vec2(2.4, 2.8));
+    float chance = hash(floor(bay));
+    float mirror = pow(max(dot(reflect(-V, n), uSunDir), 0.0), glass ? 60.0 : 30.0);
 
-    if (mat < 0.5) { // terrain: a mottle of half-unit squares
-        base *= 0.94 + 0.12 * hash(floor(vPos.xz * 2.0));
-    } else if (mat < 1.5) { // wall: a window to each 2.4 by 2.8 units
-        float fx = fract(along / 2.4);
-        float fy = fract(vPos.y / 2.8);
-        windowMask = step(0.32, fx) * step(fx, 0.78) * step(0.3, fy) * step(fy, 0.78) * upright;
-        litMask = step(0.33, hash(vec2(floor(along / 2.4), floor(vPos.y / 2.8))));
+    if (mat < 0.5) { // terrain: a mottle
+        base *= 0.94 + 0.12 * grain;
+    } else if (wall) { // a window to each bay
+        vec2 part = fract(bay);
+        windowMask = step(0.32, part.x) * step(part.x, 0.78) * step(0.3, part.y) * step(part.y, 0.78) * upright;
+        litMask = step(0.33, chance);
         base = mix(base, vec3(0.18, 0.24, 0.30), windowMask * 0.75);
-        base *= 0.96 + 0.08 * hash(floor(vPos.xz * 3.0) + floor(vPos.y));
+        base *= 0.96 + 0.08 * grain;
     } else if (mat < 2.5) { // roof: shingle rows on a slope, gravel on the flat
         float rows = fract(vPos.y * 3.0 + vPos.x * 0.2 + vPos.z * 0.2);
         base *= 0.85 + 0.2 * step(0.35, rows);
-    } else if (mat < 3.5) { // road: pale edge lines; v must pass 1 before a centre dash shows
+    } else if (road) { // pale edge lines; v must pass 1 before a centre dash shows
         float off = abs(vUV.x - 0.5);
         float edge = smoothstep(0.46, 0.5, off);
         float dash = step(0.5, fract(vUV.y * 0.5)) * (1.0 - step(0.08, off));
-        vec3 asphalt = base * (0.88 + 0.2 * hash(floor(vPos.xz * 4.0)));
+        vec3 asphalt = base * (0.88 + 0.2 * grain);
         base = mix(asphalt, vec3(0.92, 0.92, 0.86), dash);
         base = mix(base, vec3(0.8, 0.8, 0.78), edge * 0.5);
     } else if (mat < 4.5) {
         // water edge: as it is
-    } else if (mat < 5.5) { // glass: bands that mirror the sky, more so at a flat angle
-        float band = step(0.5, fract(vPos.y / 3.2));
+    } else if (glass) { // bands that mirror the sky, more so at a flat angle
+        float band = step(0.5, fract(bay.y));
         base = mix(base * 0.55, uSkyCol * 1.25 + vec3(0.06, 0.07, 0.09), 0.30 + 0.5 * fres);
         base *= 0.92 + 0.16 * band;
-        spec = pow(max(dot(reflect(-V, n), uSunDir), 0.0), 60.0) * 0.8;
+        spec = mirror * 0.8;
         windowMask = band * upright;
-        litMask = step(0.4, hash(vec2(floor(along / 2.0), floor(vPos.y / 3.2))));
-    } else if (mat < 6.5) { // solar panel: dark cells in a pale grid
+        litMask = step(0.4, chance);
+    } else if (solar) { // dark cells in a pale grid
         float gx = step(0.93, fract(vUV.x * 6.0));
         float gy = step(0.93, fract(vUV.y * 4.0));
         float grid = clamp(gx + gy, 0.0, 1.0);
-        vec3 cell = vec3(0.10, 0.17, 0.34) * (0.85 + 0.3 * hash(floor(vPos.xz)));
+        vec3 cell = vec3(0.10, 0.17, 0.34) * (0.85 + 0.3 * grain);
         base = mix(cell, vec3(0.62, 0.66, 0.72), grid * 0.7);
-        spec = pow(max(dot(reflect(-V, n), uSunDir), 0.0), 30.0) * 0.5;
+        spec = mirror * 0.5;
     }
 
     float ndl = max(dot(n, uSunDir), 0.0);
@@ -120,7 +136,7 @@ void main() {
     vec3 col = base * (amb + uSunCol * ndl * sh) + uSunCol * spec * sh;
 
     float lamps = windowMask * litMask * emis * uNight;
-    if (mat > 4.5 && mat < 5.5) {
+    if (glass) {
         col += vec3(1.0, 0.82, 0.55) * lamps * 0.5;
     } else {
         col += vec3(1.0, 0.72, 0.38) * lamps * 0.95;

@@ -142,7 +142,7 @@ uint32_t ScreenTest::textureAt(float x, float y) const {
 
 std::vector<std::pair<float, float>> ScreenTest::windowShades() const {
     std::vector<std::pair<float, float>> shades;
-    const std::vector<UiVertex>& v = app.ui.vertices;
+    const auto& v = app.ui.vertices;
     for (size_t i = 0; i + 2 < v.size(); i++)
         if (v[i].x == 0.0f && v[i].y == 0.0f && v[i + 2].x == static_cast<float>(app.ui.screenW) &&
             v[i + 2].y == static_cast<float>(app.ui.screenH))

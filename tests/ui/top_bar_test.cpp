@@ -1,5 +1,8 @@
 #include "app/session.h"
+#include "ui/format_text.h"
 #include "ui/hud_fixture.h"
+#include "ui/strings.h"
+#include "ui/top_bar.h"
 
 #include <cmath>
 #include <limits>
@@ -202,6 +205,26 @@ TEST_F(TopBarTest, TheLastReadOutsVanishBeforeTheyTouchTheButtons) {
     EXPECT_TRUE(drew(
         {middleX(statistics.rect) - statistics.rect.w / 2.0f - 26.0f, 14, statistics.rect.w + 52.0f, 1.5f},
         colFrame));
+}
+
+// Only the rain may find no room: every language has words short enough for the rest.
+TEST_F(TopBarTest, ALargeRainyCityShowsItsHappinessInEveryLanguageAndOverlay) {
+    app.city.money = -12345.0;
+    app.city.population = app.city.jobs = 12345;
+    app.city.happiness = 100.0f;
+    app.city.raining = 1;
+    for (int language = 0; language < LANGUAGE_COUNT; language++) {
+        setCurrentLanguage(language);
+        fontsSetLanguage(app.fonts, language);
+        char happiness[64];
+        formatTextInto(happiness, sizeof happiness, tr(STR_HAPPY_PERCENT), 100);
+        for (app.currentOverlay = 0; app.currentOverlay < OVERLAY_COUNT; app.currentOverlay++) {
+            uiBeginFrame(app.ui, 1280, 720, input);
+            drawTopBar(app);
+            EXPECT_TRUE(says(happiness)) << languageAt(language).code << ' ' << int{app.currentOverlay};
+        }
+    }
+    setCurrentLanguage(0);
 }
 
 TEST_F(TopBarTest, WithoutAFontTheButtonsWorkWithoutWords) {
