@@ -44,7 +44,7 @@ class Menus(unittest.TestCase):
         mouse.click(LAUNCHER["uninstall"])
         mouse.wait_for(QUESTION["yes"], GOLD)
         mouse.click(QUESTION["yes"])  # a game in a folder of another name than its own does not remove itself
-        self.game.frames(3)
+        mouse.wait_for_frames()
         self.assertIsNone(self.game.process.poll())
         mouse.wait_for(QUESTION["yes"], GOLD)
         self.game.xdotool("key", "Escape")

@@ -22,6 +22,7 @@ DISTRICTS = [None] + [(-597 + 55 * (i % 4), 427 + 34 * (i // 4)) for i in range(
 CLOSE = (604, 78)
 RESIDENTIAL_TAX_UP = (601, 125)
 DISTRICT_TAX, SMOKE_FREE = (541, 198), (541, 248)
+LAND = (-310, 20, 40, 680)  # where it shows around and through the launcher's panel, with its size
 TOUR_NEXT = [(150, 432), (54, 247), (54, 247), (54, 303), (150, 291), (-218, 541), (150, 432)]
 PANEL_TITLE, CHART = (348, 64, 220, 30), (348, 214, 268, 200)  # and their sizes
 
@@ -45,20 +46,19 @@ class Mouse:
     def drag(self, start, end):
         self.game.drag(1, self.pixel(start), self.pixel(end))
 
-    def body(self, place, half_width):
-        """Colour of a button, left of its label."""
-        picture = self.game.picture()
-        return picture.pixel(*in_window((place[0] - 0.85 * half_width, place[1]), picture.width, picture.height))
-
     def shows(self, place, colour, half_width=108):
         """Whether a button of that colour stands there, the pointer on it or not."""
-        seen = self.body(place, half_width)
-        return like(seen, colour) or like(seen, under_the_pointer(colour))
+        picture = self.game.picture()
+        left_of_label = in_window((place[0] - 0.85 * half_width, place[1]), picture.width, picture.height)
+        seen = picture.pixel(*left_of_label)
+        return like(seen, colour) or like(seen, [channel + 0.14 * (255 - channel) for channel in colour])
 
-    def hover(self, place, colour, half_width=108):
-        """Points at a button until it answers, and with it for the end of all that came before."""
-        self.game.xdotool("mousemove", "--window", self.game.window, *map(str, self.pixel(place)))
-        wait_until(lambda: like(self.body(place, half_width), under_the_pointer(colour)), f"no answer at {place}")
+    def wait_for_frames(self, count=3):
+        """Until the land behind the launcher has turned so often, and all that came before has been read for certain.
+        No pointer may move earlier: a frame knows that there was a click, and only the last place of the pointer."""
+        for _ in range(count):
+            before = self.part(LAND)
+            wait_until(lambda: self.part(LAND) != before, "the picture stands")
 
     def wait_for(self, place, colour, half_width=108):
         wait_until(lambda: self.shows(place, colour, half_width), f"no button of {colour} at {place}")
@@ -83,10 +83,6 @@ class Mouse:
     def open_title(self):
         self.click(LAUNCHER["open"])
         self.wait_for(TITLE["new"], GOLD)
-
-
-def under_the_pointer(colour):
-    return [channel + 0.14 * (255 - channel) for channel in colour]
 
 
 def like(first, second, tolerance=3):

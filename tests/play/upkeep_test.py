@@ -6,7 +6,7 @@ import tempfile
 import unittest
 
 from driver import PROGRAM, Game, Screen, clean_environment, wait_until
-from mouse import BROWN, FILES, GOLD, LAUNCHER, QUESTION, Mouse
+from mouse import FILES, GOLD, LAUNCHER, QUESTION, Mouse
 
 WINDOW = (480, 540)
 
@@ -74,7 +74,7 @@ class Upkeep(unittest.TestCase):
 
     def expect_refusal(self):
         self.mouse.click(QUESTION["yes"])
-        self.mouse.hover(QUESTION["no"], BROWN, 90)
+        self.mouse.wait_for_frames()
         self.mouse.wait_for(QUESTION["yes"], GOLD, 90)
         self.assertIsNone(self.game.process.poll())
         self.assertTrue(os.path.exists(os.path.join(self.folder, "music1.mp3")))
