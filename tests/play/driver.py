@@ -3,7 +3,10 @@
     with Screen() as screen, Game(screen, OV_DEMO="1") as game:
         game.hold("w", 0.5)
         picture = game.picture()
+
+A program for Windows is played under Wine, in the Windows that scripts/wine keeps.
 """
+import getpass
 import os
 import signal
 import struct
@@ -11,8 +14,12 @@ import subprocess
 import tempfile
 import time
 
-PROGRAM = os.environ.get("ORLAVANE") or os.path.join(os.path.dirname(os.path.abspath(__file__)),
-                                                    "../../build/release/bin/Orlavane")
+ROOT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../..")
+PROGRAM = os.environ.get("ORLAVANE") or os.path.join(ROOT, "build/release/bin/Orlavane")
+PATIENCE = 120  # seconds until a slow machine has done what it was asked for
+WINE = os.path.join(ROOT, "scripts/wine")
+WINE_PREFIX = os.path.join(ROOT, "build/wine")
+WINE_PROFILE = os.path.join(WINE_PREFIX, "drive_c/users", getpass.getuser())
 
 
 class Picture:
@@ -109,7 +116,7 @@ class Game:
             with open(self.save_path, "wb") as file:
                 file.write(save)
         self.environment = clean_environment(self.home, DISPLAY=screen.display, **variables)
-        self.process = subprocess.Popen([program], env=self.environment,
+        self.process = subprocess.Popen(prepare(program, self.home), env=self.environment,
                                         stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
         self.in_play = variables.get("OV_DEMO") == "1"  # and not paused
         self.slowest_frame = 0.0  # seconds, of those that a save has measured
@@ -155,7 +162,7 @@ class Game:
                               stdout=subprocess.PIPE).stdout.decode().strip()
 
     def wait_for_window(self):
-        deadline = time.monotonic() + 30
+        deadline = time.monotonic() + PATIENCE
         while time.monotonic() < deadline:
             assert self.process.poll() is None, self.process.stderr.read().decode()
             found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^Orlavane$"],
@@ -166,7 +173,7 @@ class Game:
         raise AssertionError("no window came up")
 
     def wait_for_first_frame(self):
-        deadline = time.monotonic() + 30
+        deadline = time.monotonic() + PATIENCE
         while max(self.picture().mean()) < 1.0:  # an undrawn window is black
             assert time.monotonic() < deadline, "nothing was drawn"
             time.sleep(0.05)
@@ -187,7 +194,7 @@ class Game:
         self.xdotool("key", "F5")
         while not self.save_is_whole():
             assert self.process.poll() is None, "the program ended"
-            assert time.monotonic() < start + 30, "nothing was saved"
+            assert time.monotonic() < start + PATIENCE, "nothing was saved"
             time.sleep(0.01)
         self.slowest_frame = max(self.slowest_frame, time.monotonic() - start)
 
@@ -317,8 +324,21 @@ def clean_environment(home, **variables):
     return {**kept, "HOME": home, "LIBGL_ALWAYS_SOFTWARE": "1", "SDL_AUDIODRIVER": "dummy", **variables}
 
 
+def prepare(program, home):
+    """The command that starts it. Wine has one player, whose preference folder becomes that of the home."""
+    if not program.endswith(".exe"):
+        return [program]
+    preferences = os.path.join(home, ".local/share/Orlavane")
+    os.makedirs(preferences, exist_ok=True)
+    link = os.path.join(WINE_PROFILE, "AppData/Roaming/Orlavane")
+    if os.path.lexists(link):
+        os.remove(link)
+    os.symlink(preferences, link)
+    return [WINE, program]
+
+
 def run_to_end(home, timeout=60, program=PROGRAM, **variables):
     """Starts the program without a screen of ours, waits for its end: (exit code, error stream)."""
-    result = subprocess.run([program], env=clean_environment(home, **variables),
+    result = subprocess.run(prepare(program, home), env=clean_environment(home, **variables),
                             stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, timeout=timeout)
     return result.returncode, result.stderr.decode()
