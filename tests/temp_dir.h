@@ -21,7 +21,7 @@ struct TempDir {
     TempDir(const TempDir&) = delete;
     TempDir& operator=(const TempDir&) = delete;
 
-    std::string file(const std::string& name) const { return (path / name).string(); }
+    std::string file(const std::string& name) const { return path.string() + "/" + name; }
 };
 
 inline void writeText(const std::string& path, const std::string& text) {

@@ -6,6 +6,18 @@
 #include <fstream>
 #include <iostream>
 
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#endif
+
+// The same bytes on every system: Windows would end each line with two.
+static void useBinaryStreams() {
+#ifdef _WIN32
+    for (const int stream : {0, 1, 2}) _setmode(stream, _O_BINARY);
+#endif
+}
+
 static void printUsage(std::ostream& out) {
     out << "usage: orlavane-sim [FILE]\n"
            "Runs the city script in FILE; with - or without FILE the one on standard input.\n"
@@ -14,6 +26,7 @@ static void printUsage(std::ostream& out) {
 }
 
 int main(int argc, char** argv) {
+    useBinaryStreams();
     std::ios::sync_with_stdio(false);
     const std::string name = argc > 1 ? argv[1] : "-";
     if (argc == 2 && name == "--help") {

@@ -19,7 +19,8 @@ constexpr uint64_t LARGEST_TRACK = INT_MAX - TRACK_TAIL; // the decoder counts b
 static bool readTrack(const std::string& path, MusicTrack& track) {
     // Asked of the path, because opening a pipe would wait for its writer: only plain files have a size.
     std::error_code error;
-    const uint64_t size = std::filesystem::file_size(path, error);
+    const std::filesystem::path utf8 = std::u8string(path.begin(), path.end());
+    const uint64_t size = std::filesystem::file_size(utf8, error);
     if (error || size > LARGEST_TRACK) return false;
     std::FILE* file = std::fopen(path.c_str(), "rb");
     if (!file) return false;

@@ -19,7 +19,6 @@ const char* const PATH_SEPARATORS = "/\\";
 constexpr const char* REMOVAL_SCRIPT = "orlavane-uninstall.cmd";
 
 // --- Texts
-// -----------------------------------------------------------------------------------------------------
 
 static std::string toUtf8(const std::wstring& wide) {
     const int length = static_cast<int>(wide.size());
@@ -55,7 +54,6 @@ static bool readVariable(const wchar_t* name, std::string& value) {
 }
 
 // --- Files
-// -----------------------------------------------------------------------------------------------------
 
 static std::string temporaryFolder() {
     std::string folder = ".";
@@ -79,7 +77,6 @@ bool shellOpen(const std::string& path, bool hidden) {
 }
 
 // --- Removal
-// ---------------------------------------------------------------------------------------------------
 
 // The shortcuts that a setup program leaves.
 static Removal whatToRemove(const std::string& exeDir) {
@@ -128,12 +125,24 @@ bool startRemoval(const std::string& exeDir) {
 }
 
 // --- HTTP
-// ------------------------------------------------------------------------------------------------------
 
 struct CloseInternet {
     void operator()(HINTERNET handle) const { InternetCloseHandle(handle); }
 };
 using Internet = std::unique_ptr<void, CloseInternet>;
+
+// What no address holds as it is goes escaped, since its bytes would be read in the code page of the system.
+// False if it holds control characters.
+static bool escapeUrl(const std::string& url, std::string& escaped) {
+    for (const char c : url) {
+        const auto value = static_cast<unsigned char>(c);
+        char code[4];
+        std::snprintf(code, sizeof code, "%%%02X", value);
+        if (value < 0x20 || value == 0x7F) return false;
+        escaped += value == 0x20 || value > 0x7F ? code : std::string(1, c);
+    }
+    return true;
+}
 
 static bool isStatus200(HINTERNET answer) {
     DWORD status = 0;
@@ -168,6 +177,8 @@ static bool readToFile(HINTERNET answer, std::string* body, const std::string& f
 // Redirections are the system's business: it follows none from https to http.
 bool httpFetch(const std::string& url, std::string* body, const std::string& filePath,
                const HttpOptions& options) {
+    std::string escaped;
+    if (!escapeUrl(url, escaped)) return false;
     const Internet session(InternetOpenA("Orlavane", INTERNET_OPEN_TYPE_PRECONFIG, nullptr, nullptr, 0));
     if (!session) return false;
     DWORD timeout = static_cast<DWORD>(options.timeoutMs);
@@ -175,7 +186,7 @@ bool httpFetch(const std::string& url, std::string* body, const std::string& fil
     InternetSetOptionA(session.get(), INTERNET_OPTION_RECEIVE_TIMEOUT, &timeout, sizeof timeout);
 
     const DWORD flags = INTERNET_FLAG_RELOAD | INTERNET_FLAG_NO_CACHE_WRITE;
-    const Internet answer(InternetOpenUrlA(session.get(), url.c_str(), nullptr, 0, flags, 0));
+    const Internet answer(InternetOpenUrlA(session.get(), escaped.c_str(), nullptr, 0, flags, 0));
     if (!answer || !isStatus200(answer.get())) return false;
     if (filePath.empty()) return readAnswer(answer.get(), body, nullptr, 0);
     return readToFile(answer.get(), body, filePath, options.fileLimit);

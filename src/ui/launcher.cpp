@@ -89,7 +89,7 @@ static void openFilesPage(App& app) {
 
 static void drawSaveLine(App& app, const LauncherPanel& panel, float y) {
     char line[256];
-    const std::string saved = fileTimeText(fileModified(nativePath(app.savePath)));
+    const std::string saved = fileTimeText(fileModified(app.savePath));
     formatTextInto(line, sizeof line, tr(app.saveExists ? STR_SAVED_GAME_SIZE : STR_NO_SAVED_GAME),
                    saved.c_str());
     panelText(app.ui, panel, y, line, 16.0f, colMuted);

@@ -28,15 +28,15 @@ static void drawClouds(SkyState& sky) {
 }
 
 SkyState computeSky(float hour, int overcast) {
-    const float angle = (hour - 6.0f) / 24.0f * TWO_PI; // 0 at sunrise
-    const float height = std::sin(angle);
+    const double angle = (hour - 6.0f) / 24.0f * TWO_PI; // 0 at sunrise; in double: the same on every system
+    const float height = static_cast<float>(std::sin(angle));
     const float day = smooth((hour - 4.5f) / 2.5f) * (1.0f - smooth((hour - 18.0f) / 2.5f));
     const float dusk = std::max(1.0f - std::abs(height) * 5.0f, 0.0f); // of morning and evening alike
     const Vec3 sunlight = Vec3{1.0f, 0.96f - 0.4f * dusk, 0.88f - 0.6f * dusk} * 1.1f;
 
     SkyState sky;
     // The constant lean to one side keeps the sun off the exact overhead.
-    sky.sunDir = normalised({std::cos(angle) * 0.8f, height, 0.35f});
+    sky.sunDir = normalised({static_cast<float>(std::cos(angle)) * 0.8f, height, 0.35f});
     sky.sunColour = mix(MOONLIGHT, sunlight, std::clamp(height * 2.5f, 0.0f, 1.0f));
     sky.zenithColour = mix(NIGHT_ZENITH, DAY_ZENITH, day);
     sky.fogColour = mix(mix(NIGHT_FOG, DAY_FOG, day), SUNSET, dusk * 0.7f);

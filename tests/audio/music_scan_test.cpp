@@ -75,8 +75,10 @@ TEST_F(MusicScanTest, TheSeventeenthTrackIsNeverRead) {
 
 TEST_F(MusicScanTest, NumbersHaveNoPadding) {
     writeText(dir.file("music01.mp3"), "x");
-    writeText(dir.file("Music1.mp3"), "x");
     writeText(dir.file("music.mp3"), "x");
+#ifndef _WIN32 // where names are the same in capitals
+    writeText(dir.file("Music1.mp3"), "x");
+#endif
     EXPECT_FALSE(scan());
 }
 

@@ -6,7 +6,15 @@
 #include <cstdio>
 #include <cstdlib>
 
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#endif
+
 int main(int argc, char** argv) {
+#ifdef _WIN32
+    _setmode(1, _O_BINARY);
+#endif
     if (argc != 3) return 2;
     MusicPlayer player;
     if (!musicScan(player, argv[1], nullptr)) return 1;

@@ -1,6 +1,7 @@
 // Root may do everything: for the length of this record a test that runs as root is somebody who may not.
 #pragma once
 
+#ifdef __linux__
 #include <stdexcept>
 #include <unistd.h>
 
@@ -16,3 +17,4 @@ private:
             throw std::runtime_error("root cannot become somebody else");
     }
 };
+#endif

@@ -14,13 +14,16 @@ public:
 
     std::string url(const std::string& path) const;       // with a "/" at its begin
     std::string secureUrl(const std::string& path) const; // of the same server behind its own certificate
-    std::string certificate() const { return dir.file("certificate.pem"); }
+    std::string certificate() const { return file("certificate.pem"); }
 
     void publish(const std::string& name, const std::string& content) const;
     // The heads of all requests that have come so far.
-    std::string requests() const { return readText(dir.file("requests")); }
+    std::string requests() const { return readText(file("requests")); }
 
 private:
+    std::string file(const std::string& name) const { return folder + "/" + name; }
+
     TempDir dir;
+    std::string folder;
     std::FILE* process = nullptr;
 };

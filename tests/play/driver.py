@@ -3,8 +3,11 @@
     with Screen() as screen, Game(screen, window=(640, 360), OV_DEMO="1") as game:
         game.hold("w")
         picture = game.settled_picture(0.2)
+
+A program for Windows is played under Wine, in the Windows that scripts/wine keeps.
 """
 import contextlib
+import getpass
 import os
 import signal
 import struct
@@ -12,9 +15,12 @@ import subprocess
 import tempfile
 import time
 
-PATIENCE = 60.0  # seconds until a slow machine has done what it was asked for
-PROGRAM = os.environ.get("ORLAVANE") or os.path.join(os.path.dirname(os.path.abspath(__file__)),
-                                                    "../../build/release/bin/Orlavane")
+PATIENCE = 120  # seconds until a slow machine has done what it was asked for
+ROOT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../..")
+PROGRAM = os.environ.get("ORLAVANE") or os.path.join(ROOT, "build/release/bin/Orlavane")
+WINE = os.path.join(ROOT, "scripts/wine")
+WINE_PREFIX = os.path.join(ROOT, "build/wine")
+WINE_PROFILE = os.path.join(WINE_PREFIX, "drive_c/users", getpass.getuser())
 
 
 class Picture:
@@ -124,7 +130,7 @@ class Game:
             with open(self.save_path, "wb") as file:
                 file.write(save)
         self.environment = clean_environment(self.home, DISPLAY=screen.display, **variables)
-        self.process = subprocess.Popen([program], env=self.environment,
+        self.process = subprocess.Popen(prepare(program, self.home), env=self.environment,
                                         stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
         self.in_play = variables.get("OV_DEMO") == "1"  # and not paused
         self.slowest_frame = 0.0  # seconds, of those that a save has measured
@@ -347,8 +353,21 @@ def clean_environment(home, **variables):
     return {**kept, "HOME": home, "LIBGL_ALWAYS_SOFTWARE": "1", "SDL_AUDIODRIVER": "dummy", **variables}
 
 
+def prepare(program, home):
+    """The command that starts it. Wine has one player, whose preference folder becomes that of the home."""
+    if not program.endswith(".exe"):
+        return [program]
+    preferences = os.path.join(home, ".local/share/Orlavane")
+    os.makedirs(preferences, exist_ok=True)
+    link = os.path.join(WINE_PROFILE, "AppData/Roaming/Orlavane")
+    if os.path.lexists(link):
+        os.remove(link)
+    os.symlink(preferences, link)
+    return [WINE, program]
+
+
 def run_to_end(home, timeout=60, program=PROGRAM, **variables):
     """Starts the program without a screen of ours, waits for its end: (exit code, error stream)."""
-    result = subprocess.run([program], env=clean_environment(home, **variables),
+    result = subprocess.run(prepare(program, home), env=clean_environment(home, **variables),
                             stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, timeout=timeout)
     return result.returncode, result.stderr.decode()

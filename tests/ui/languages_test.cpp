@@ -1,9 +1,10 @@
 #include "ui/languages.h"
 
+#include "environment.h"
+
 #include <SDL.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <string>
 
 TEST(Languages, StandInTheirOrderWithCodeAndName) {
@@ -60,20 +61,17 @@ TEST(CurrentLanguage, OfNoLanguagesIndexIsEnglish) {
 
 // --- The player's system
 
+#ifdef __linux__ // where variables name it
 struct PreferredLanguage : testing::Test {
     std::string lang, language; // as they were
 
-    static std::string valueOf(const char* name) {
-        const char* value = std::getenv(name);
-        return value ? value : "";
-    }
     static void set(const char* name, const std::string& value) {
         if (value.empty())
-            unsetenv(name);
+            unsetVariable(name);
         else
-            setenv(name, value.c_str(), 1);
+            setVariable(name, value);
     }
-    PreferredLanguage() : lang(valueOf("LANG")), language(valueOf("LANGUAGE")) {}
+    PreferredLanguage() : lang(variable("LANG")), language(variable("LANGUAGE")) {}
     ~PreferredLanguage() override { with(lang, language); }
 
     static int with(const std::string& lang, const std::string& language) {
@@ -97,3 +95,4 @@ TEST_F(PreferredLanguage, IsEnglishWhenTheFirstIsOfNoLanguageOfOurs) {
 }
 
 TEST_F(PreferredLanguage, IsEnglishWithoutAnyLocale) { EXPECT_EQ(with("", ""), 0); }
+#endif

@@ -4,6 +4,7 @@
 #include "view/gl.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <fstream>
 
 // Read by the leak checker, if there is one: the driver keeps memory of its own to the end.
@@ -22,6 +23,12 @@ static bool openHiddenWindow() {
     SDL_GL_SetAttribute(SDL_GL_DEPTH_SIZE, 24);
     SDL_Window* window = SDL_CreateWindow("Orlavane tests", 0, 0, PICTURE_WIDTH, PICTURE_HEIGHT,
                                           SDL_WINDOW_OPENGL | SDL_WINDOW_HIDDEN);
+#ifdef _WIN32 // whose end waits for threads of the driver that it has ended before
+    std::atexit([] {
+        SDL_GL_DeleteContext(SDL_GL_GetCurrentContext());
+        SDL_Quit();
+    });
+#endif
     return window != nullptr && SDL_GL_CreateContext(window) != nullptr && loadGlFunctions();
 }
 

@@ -1,0 +1,160 @@
+// What is our own work on Linux, and elsewhere the system's.
+#include "environment.h"
+#include "maintenance/files.h"
+#include "maintenance/full_disk.h"
+#include "maintenance/http_fixture.h"
+#include "maintenance/ordinary_user.h"
+
+using testing::HasSubstr;
+using testing::Not;
+
+TEST_F(Http, WantsNothingFromACache) {
+    ASSERT_TRUE(get(server.url("/body/1")).ok);
+    EXPECT_THAT(server.requests(), HasSubstr("Cache-Control: no-cache\n"));
+    EXPECT_THAT(server.requests(), HasSubstr("Pragma: no-cache"));
+}
+
+// --- Redirections
+
+TEST_F(Http, IsLedElsewhereForGood) { EXPECT_EQ(get(server.url("/redirect/308/body/3")).body, "xxx"); }
+
+TEST_F(Http, ElevenRedirectionsAreTooMany) { EXPECT_FALSE(get(server.url("/hops/11")).ok); }
+
+TEST_F(Http, ALoopEnds) {
+    EXPECT_FALSE(get(server.url("/loop/0")).ok);
+    EXPECT_THAT(server.requests(), HasSubstr("/loop/10 "));
+    EXPECT_THAT(server.requests(), Not(HasSubstr("/loop/11 ")));
+}
+
+// --- Secure connections
+
+class SecureHttp : public testing::Test {
+protected:
+    SecureHttp() { trusting.certificates = server.certificate(); }
+
+    WebServer server{true};
+    HttpOptions trusting;
+};
+
+TEST_F(SecureHttp, AnswersOnlyWithACertificateThatIsTrusted) {
+    EXPECT_EQ(get(server.secureUrl("/body/3"), trusting).body, "xxx");
+    EXPECT_FALSE(get(server.secureUrl("/body/3")).ok);
+}
+
+TEST_F(SecureHttp, ACertificateIsForItsAddressOnly) {
+    std::string url = server.secureUrl("/body/3");
+    EXPECT_FALSE(get(url.replace(url.find("127.0.0.1"), 9, "localhost"), trusting).ok);
+}
+
+TEST_F(SecureHttp, LeadsNeverToTheOpenServer) {
+    EXPECT_FALSE(get(server.secureUrl("/unsafe/body/3"), trusting).ok);
+    EXPECT_THAT(server.requests(), Not(HasSubstr("GET /body/3")));
+}
+
+TEST_F(SecureHttp, TheOpenServerMayLeadToTheSecureOneButNotBack) {
+    EXPECT_EQ(get(server.url("/safe/body/3"), trusting).body, "xxx");
+    EXPECT_FALSE(get(server.url("/safe/unsafe/body/4"), trusting).ok);
+    EXPECT_THAT(server.requests(), Not(HasSubstr("GET /body/4")));
+}
+
+TEST_F(SecureHttp, WhoHangsUpIsNoAnswer) {
+    for (int i = 0; i < 5; i++) EXPECT_FALSE(get(server.secureUrl("/leave"), trusting).ok);
+    EXPECT_FALSE(get(server.url("/leave")).ok);
+}
+
+TEST_F(SecureHttp, WhoSpeaksNoTlsIsNoAnswer) {
+    std::string url = server.url("/body/3");
+    EXPECT_FALSE(get(url.insert(4, "s"), trusting).ok);
+}
+
+// --- Broken answers
+
+TEST_F(Http, AnAnswerShorterThanPromisedIsNone) {
+    EXPECT_FALSE(get(server.url("/cut")).ok);
+    EXPECT_FALSE(get(server.url("/chunks")).ok);
+    EXPECT_FALSE(httpFetch(server.url("/cut"), nullptr, path));
+    EXPECT_FALSE(fileExists(path));
+}
+
+TEST_F(Http, AnAnswerEndsWhereItsLengthSays) {
+    EXPECT_EQ(get(server.url("/long")).body, "xxxxxxxxxx");
+    EXPECT_EQ(get(server.url("/unbounded")).body, "hello");
+}
+
+TEST_F(Http, WhatIsNoHttpIsNoAnswer) { EXPECT_FALSE(get(server.url("/noise")).ok); }
+
+TEST_F(Http, AHeaderWithoutEndIsNoAnswer) { EXPECT_FALSE(get(server.url("/headers")).ok); }
+
+// --- Waiting
+
+TEST_F(Http, SilenceEndsTheWait) {
+    HttpOptions impatient;
+    impatient.timeoutMs = 300;
+    for (const char* odd : {"/silence", "/pause"}) {
+        bool ok = true;
+        EXPECT_LT(seconds([&] { ok = httpFetch(server.url(odd), nullptr, path, impatient); }), 5.0) << odd;
+        EXPECT_FALSE(ok) << odd;
+        EXPECT_FALSE(fileExists(path)) << odd;
+    }
+}
+
+TEST_F(Http, TheGameWaitsTenSeconds) {
+    bool ok = true;
+    const double waited = seconds([&] { ok = get(server.url("/silence")).ok; });
+    EXPECT_FALSE(ok);
+    EXPECT_GE(waited, 10.0);
+    EXPECT_LT(waited, 20.0);
+}
+
+// --- Addresses and proxies
+
+TEST_F(Http, GoesThroughTheProxyOfTheSystem) {
+    setVariable("http_proxy", server.url(""));
+    get("http://somewhere.invalid/manifest");
+    EXPECT_THAT(server.requests(), HasSubstr("GET http://somewhere.invalid/manifest HTTP/1.1"));
+    setVariable("no_proxy", "127.0.0.1");
+    EXPECT_EQ(get(server.url("/body/3")).body, "xxx");
+    unsetVariable("http_proxy");
+    unsetVariable("no_proxy");
+}
+
+// --- Files that cannot be written
+
+TEST_F(Http, AFullDiskLeavesNoFileBehind) {
+    const FullDisk disk(50000);
+    EXPECT_FALSE(httpFetch(server.url("/body/200000"), nullptr, path));
+    EXPECT_FALSE(fileExists(path));
+    EXPECT_FALSE(httpFetch(server.url("/body/50001"), nullptr, path)); // found out when the file is closed
+    EXPECT_FALSE(fileExists(path));
+    EXPECT_TRUE(httpFetch(server.url("/body/50000"), nullptr, path));
+}
+
+TEST_F(Http, AFolderThatCannotBeWrittenIsRefused) {
+    EXPECT_FALSE(httpFetch(server.url("/body/3"), nullptr, dir.file("missing/fetched")));
+    std::filesystem::permissions(dir.path, std::filesystem::perms(0555));
+    {
+        const OrdinaryUser user;
+        EXPECT_FALSE(httpFetch(server.url("/body/3"), nullptr, path));
+    }
+    std::filesystem::permissions(dir.path, std::filesystem::perms(0755));
+    EXPECT_FALSE(fileExists(path));
+}
+
+TEST_F(Http, ALinkInThePlaceOfTheFileIsReplacedAndNotFollowed) {
+    writeText(dir.file("mine"), "precious");
+    std::filesystem::create_symlink(dir.file("mine"), path);
+    EXPECT_TRUE(httpFetch(server.url("/body/3"), nullptr, path));
+    EXPECT_FALSE(std::filesystem::is_symlink(path));
+    EXPECT_EQ(readText(path), "xxx");
+    EXPECT_EQ(readText(dir.file("mine")), "precious");
+}
+
+TEST_F(Http, ADeviceInThePlaceOfTheFileStays) {
+    EXPECT_FALSE(httpFetch(server.url("/body/3"), nullptr, "/dev/null"));
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
+}
+
+TEST_F(Http, OthersCannotReadOrWriteWhatIsFetched) {
+    ASSERT_TRUE(httpFetch(server.url("/body/3"), nullptr, path));
+    EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0600));
+}
