@@ -20,8 +20,8 @@ ROAD_OF = lambda zone, terrain, road, *_: road
 ZONE_OF = lambda zone, *_: zone
 
 
-class Building(unittest.TestCase):
-    """One game for all: each test begins with the same city."""
+class InTheDemoCity(unittest.TestCase):
+    """One game for all tests of a class: each begins with the same city."""
 
     @classmethod
     def setUpClass(cls):
@@ -54,8 +54,8 @@ class Building(unittest.TestCase):
     def new_cells(self, test):
         return [cell for cell in self.game.saved().cells_where(test) if not test(*self.city.cell(*cell))]
 
-    # --- Building
 
+class Building(InTheDemoCity):
     def test_a_street_is_laid_by_dragging(self):
         picture = self.game.settled_picture(0.2)
         self.game.press("r")
@@ -117,16 +117,6 @@ class Building(unittest.TestCase):
         self.game.press("u")
         self.game.drag(1, CENTRE, AWAY)
         self.assertGreater(len(self.new_cells(lambda *cell: cell[3] == 3)), 3)
-
-    def test_a_drag_that_leaves_the_window_goes_on_when_it_comes_back(self):
-        self.game.press("r")
-        self.game.xdotool("mousedown", "1")
-        self.game.frames()
-        self.game.point(WINDOW[0] - 1, 0)
-        self.game.point(*AWAY)
-        self.game.xdotool("mouseup", "1")
-        self.game.frames()
-        self.assertGreater(len(self.new_cells(ROAD_OF)), 3)
 
     def test_zoned_land_by_a_street_grows(self):
         """So much of it that a day without a single builder is out of the question."""
@@ -205,6 +195,18 @@ class Building(unittest.TestCase):
             file.write(before.data[:100000])
         self.game.press_load()
         self.assertEqual(self.game.saved().data, before.data)
+
+
+class WhatMovesTheView(InTheDemoCity):
+    def test_a_drag_that_leaves_the_window_goes_on_when_it_comes_back(self):
+        self.game.press("r")
+        self.game.xdotool("mousedown", "1")
+        self.game.frames()
+        self.game.point(WINDOW[0] - 1, 0)
+        self.game.point(*AWAY)
+        self.game.xdotool("mouseup", "1")
+        self.game.frames()
+        self.assertGreater(len(self.new_cells(ROAD_OF)), 3)
 
     def test_windows_of_any_size_and_covered_ones_are_survived(self):
         wild = self.game.saved()

@@ -148,6 +148,8 @@ class Game:
         return max(self.picture().mean()) >= 1.0  # an undrawn window is black
 
     def resize(self, width, height):
+        """With the pointer in the new middle: at an edge it would move the view."""
+        self.xdotool("mousemove", "--window", self.window, str(width // 2), str(height // 2))
         self.xdotool("windowsize", self.window, str(width), str(height))
         wait_until(lambda: self.geometry() == (width, height), "the window keeps its size")
         wait_until(self.draws, "nothing was drawn")
