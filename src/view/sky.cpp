@@ -28,7 +28,8 @@ static void drawClouds(SkyState& sky) {
 }
 
 SkyState computeSky(float hour, int overcast) {
-    const double angle = (hour - 6.0f) / 24.0f * TWO_PI; // 0 at sunrise; in double: the same on every system
+    // 0 at sunrise; in double, so that the sun stands the same on every system.
+    const double angle = static_cast<double>((hour - 6.0f) / 24.0f * TWO_PI);
     const float height = static_cast<float>(std::sin(angle));
     const float day = smooth((hour - 4.5f) / 2.5f) * (1.0f - smooth((hour - 18.0f) / 2.5f));
     const float dusk = std::max(1.0f - std::abs(height) * 5.0f, 0.0f); // of morning and evening alike
