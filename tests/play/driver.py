@@ -91,8 +91,13 @@ class Screen:
             self.display = ":" + pipe.readline().strip()
         self.processes = [server]
         if window_manager:  # full screen is its business
-            self.processes.append(subprocess.Popen(["openbox"], env={**os.environ, "DISPLAY": self.display},
+            environment = {**os.environ, "DISPLAY": self.display}
+            self.processes.append(subprocess.Popen(["openbox"], env=environment,
                                                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
+            # A window that is opened while it takes over the screen may never be shown.
+            wait_until(lambda: b"window id" in subprocess.run(
+                ["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"], env=environment, stdout=subprocess.PIPE,
+                stderr=subprocess.DEVNULL).stdout, "no window manager")
 
     def __enter__(self):
         return self
