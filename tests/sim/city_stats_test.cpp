@@ -67,3 +67,18 @@ TEST(CityStats, CountsZonesAndDistrictsAndCopiesTheRest) {
     EXPECT_EQ(stats.demand, city.demand);
     EXPECT_EQ(stats.bankrupt, 1);
 }
+
+TEST(CityStats, FindsALonelyCellWhereverItLies) {
+    for (const int i : {0, 1, 2, 3, 4, 4607, 9214, 9215}) {
+        City city;
+        city.cells[i].zone = ZONE_OFFICES;
+        EXPECT_EQ(computeStats(city).zonedCells, 1) << i;
+        city = City();
+        city.cells[i].district = 8;
+        EXPECT_EQ(computeStats(city).districtCells, 1) << i;
+        city = City();
+        city.cells[i].road = ROAD_AVENUE;
+        city.trafficLoad[i] = 0.5f;
+        EXPECT_EQ(computeStats(city).averageTraffic, 0.5f) << i;
+    }
+}

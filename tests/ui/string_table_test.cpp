@@ -2,10 +2,9 @@
 #include "ui/strings.h"
 
 #include "font_gate.h"
-#include "ui/fonts.h"
 #include "ui/shape_text.h"
+#include "ui/spoken_fonts.h"
 #include "ui/text_layout.h"
-#include "view/fake_gl.h"
 
 #include <gtest/gtest.h>
 
@@ -161,20 +160,7 @@ TEST(StringTable, RowsThatAreKnownReadAsTheyDo) {
 
 // --- The texts in their fonts
 
-struct StringFonts : testing::Test {
-    FakeGl fake;
-    FontSystem fonts;
-
-    void SetUp() override { ASSERT_TRUE(fontsInit(fonts, nullptr)); }
-    void TearDown() override {
-        fontsShutdown(fonts);
-        setCurrentLanguage(0);
-    }
-    void speak(int language) {
-        setCurrentLanguage(language);
-        fontsSetLanguage(fonts, language);
-    }
-};
+struct StringFonts : SpokenFonts {};
 
 TEST_F(StringFonts, HoldEveryCharacterOfTheirLanguageAfterShaping) {
     for (int language = 0; language < LANGUAGE_COUNT; language++) {

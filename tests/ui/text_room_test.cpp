@@ -2,9 +2,9 @@
 // of a window 720 high.
 #include "ui/format_text.h"
 #include "ui/hud_text.h"
+#include "ui/spoken_fonts.h"
 #include "ui/strings.h"
 #include "ui/text_layout.h"
-#include "view/fake_gl.h"
 
 #include <gtest/gtest.h>
 
@@ -25,20 +25,10 @@ struct Paragraph {
 constexpr float SCALES[] = {0.75f, 1.0f, 2.0f};
 constexpr float COLUMN = 268.0f; // of the right panel
 
-struct TextRoom : testing::Test {
-    FakeGl fake;
-    FontSystem fonts;
-
-    void SetUp() override { ASSERT_TRUE(fontsInit(fonts, nullptr)); }
-    void TearDown() override {
-        fontsShutdown(fonts);
-        setCurrentLanguage(0);
-    }
-
+struct TextRoom : SpokenFonts {
     template<typename Check> void inEveryLanguageAndScale(Check check) {
         for (int language = 0; language < LANGUAGE_COUNT; language++) {
-            setCurrentLanguage(language);
-            fontsSetLanguage(fonts, language);
+            speak(language);
             for (const float scale : SCALES) {
                 SCOPED_TRACE(languageAt(language).code + std::string(" at ") + std::to_string(scale));
                 check(scale);
