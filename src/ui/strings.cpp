@@ -2,8 +2,11 @@
 
 #include <cstddef>
 
-const char* tr(int id) {
-    const char* const* row = stringTable + static_cast<ptrdiff_t>(id) * LANGUAGE_COUNT;
-    const char* text = row[currentLanguage()];
+const char* textOfRow(const char* const* row, int language) {
+    const char* text = row[language];
     return text && *text ? text : row[0];
+}
+
+const char* tr(int id) {
+    return textOfRow(stringTable + static_cast<ptrdiff_t>(id) * LANGUAGE_COUNT, currentLanguage());
 }

@@ -309,6 +309,9 @@ static_assert(STRING_COUNT == 275);
 // UTF-8 in logical order; the text of a row in a language stands at id * LANGUAGE_COUNT + language.
 extern const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT];
 
-// The text in the language of the game, in English where that has none. `id` is a StringId; it is an int so
-// that rows that follow each other can be counted through.
+// The text in the language of the game. `id` is a StringId; it is an int so that rows that follow each other
+// can be counted through.
 const char* tr(int id);
+// The text of a row of LANGUAGE_COUNT, the English one where the language has null or nothing: a translation
+// that is not finished leaves no button without a word.
+const char* textOfRow(const char* const* row, int language);

@@ -38,6 +38,7 @@ int __wrap_TTF_Init() {
 TTF_Font* __wrap_TTF_OpenFont(const char* path, int size) {
     if (!gate) return __real_TTF_OpenFont(path, size);
     gate->opened++;
+    gate->tried.emplace_back(path);
     if (gate->refusesAll || std::count(gate->refused.begin(), gate->refused.end(), path) > 0) return nullptr;
     const auto other = gate->instead.find(path);
     return __real_TTF_OpenFont(other == gate->instead.end() ? path : other->second.c_str(), size);

@@ -18,7 +18,8 @@ struct FontGate {
     std::vector<std::string> refused;           // paths
     std::map<std::string, std::string> instead; // another file in the place of one
 
-    int opened = 0; // tries, also those that failed
+    int opened = 0;                 // tries, also those that failed
+    std::vector<std::string> tried; // their paths
     int closed = 0;
     int measured = 0;
     int rendered = 0;

@@ -132,6 +132,65 @@ TEST_F(Fonts, EveryLanguageTakesTheFirstFontOfItsListThatOpens) {
     }
 }
 
+// Whole and in the order of trial, with the fonts of a system that is not this one.
+TEST(FontsOfALanguage, AreTriedInTheirOrderEachWithItsPartner) {
+    using Files = std::pair<std::string, std::string>;
+    const std::string windows = "C:/Windows/Fonts/";
+    const std::string linux = "/usr/share/fonts/truetype/";
+    const auto alone = [](const std::string& path) { return Files(path, path); };
+    const Files segoe = {windows + "segoeui.ttf", windows + "segoeuib.ttf"};
+    const Files arial = {windows + "arial.ttf", windows + "arialbd.ttf"};
+    const Files tahoma = {windows + "tahoma.ttf", windows + "tahomabd.ttf"};
+    const Files dejavu = {DEJAVU, DEJAVU_BOLD};
+    const std::vector<std::pair<int, std::vector<Files>>> lists = {
+        {10, {{windows + "msyh.ttc", windows + "msyhbd.ttc"}, alone(windows + "simhei.ttf"), alone(ZEN_HEI)}},
+        {JAPANESE,
+         {{windows + "YuGothM.ttc", windows + "YuGothB.ttc"},
+          {windows + "meiryo.ttc", windows + "meiryob.ttc"},
+          alone(windows + "msgothic.ttc"),
+          alone(GOTHIC),
+          alone(ZEN_HEI)}},
+        {ARABIC, {segoe, arial, tahoma, dejavu}},
+        {HINDI,
+         {{windows + "Nirmala.ttc", windows + "NirmalaB.ttc"},
+          alone(windows + "mangal.ttf"),
+          {DEVANAGARI, DEVANAGARI_BOLD}}},
+        {9,
+         {segoe,
+          arial,
+          dejavu,
+          {linux + "liberation/LiberationSans-Regular.ttf", linux + "liberation/LiberationSans-Bold.ttf"}}}};
+    for (const auto& [language, list] : lists) {
+        std::vector<std::string> expected; // tries: those that were refused before, a font and its partner
+        for (const auto& [regular, bold] : list) {
+            FontGate gate;
+            FontSystem fonts;
+            ASSERT_TRUE(fontsInit(fonts, nullptr));
+            gate.refused = expected;
+            gate.instead = {{regular, DEJAVU}, {bold, DEJAVU_BOLD}};
+            gate.tried.clear();
+            fontsSetLanguage(fonts, language);
+            EXPECT_EQ(fonts.regularPath, regular);
+            EXPECT_EQ(fonts.boldPath, bold);
+            expected.push_back(regular);
+            ASSERT_GT(gate.tried.size(), expected.size());
+            EXPECT_EQ(gate.tried[expected.size()], bold);
+            gate.tried.resize(expected.size());
+            EXPECT_EQ(gate.tried, expected);
+            fontsShutdown(fonts);
+        }
+        FontGate gate;
+        gate.refusesAll = true;
+        FontSystem fonts;
+        fontsInit(fonts, nullptr);
+        gate.tried.clear();
+        fontsSetLanguage(fonts, language);
+        for (const auto& [regular, bold] : lists.back().second) expected.push_back(regular);
+        EXPECT_EQ(gate.tried, expected) << language; // and no other, but the default ones
+        fontsShutdown(fonts);
+    }
+}
+
 TEST_F(Fonts, WithoutAFontOfItsListALanguageTakesTheDefaultOne) {
     gate.refused = {ZEN_HEI};
     fontsSetLanguage(fonts, 10);
@@ -279,8 +338,10 @@ TEST_F(Fonts, WhatIsRememberedStaysBounded) {
 
 TEST_F(Fonts, ARunIsUploadedAsItsPixels) {
     const TextRun run = render("Text");
+    int height = 0;
+    TTF_SizeUTF8(fontAt(fonts, 16, false), "Text", nullptr, &height);
     EXPECT_EQ(run.width, widthAsTold("Text", 16, false));
-    EXPECT_GT(run.height, 10);
+    EXPECT_EQ(run.height, height);
     EXPECT_THAT(fake.calls,
                 ElementsAre("GenTextures(1)", glCall("BindTexture", GL_TEXTURE_2D, run.texture),
                             glCall("PixelStorei", GL_UNPACK_ALIGNMENT, 1),

@@ -84,6 +84,9 @@ TEST(ShapeArabic, AHamzaJoinsNothing) {
 TEST(ShapeArabic, JoiningLooksThroughMarks) {
     EXPECT_EQ(arabic("\u0628\u064E\u0628"), "\uFE90\u064E\uFE91");
     EXPECT_EQ(arabic("\u0628\u0670\u065F\u0628"), "\uFE90\u065F\u0670\uFE91");
+    EXPECT_EQ(arabic("\u0628\u064B\u0628"), "\uFE90\u064B\uFE91"); // the first mark
+    EXPECT_EQ(arabic("\u0628\u065F\u0628"), "\uFE90\u065F\uFE91"); // and the last
+    EXPECT_EQ(arabic("\u0628\u0660\u0628"), "\uFE8F\u0660\uFE8F"); // beside it a digit, which parts
     EXPECT_EQ(arabic("\u0628\u064E"), "\u064E\uFE8F");
     EXPECT_EQ(arabic("\u0628\u0640\u0628"), "\uFE8F\u0640\uFE8F"); // a letter outside the table does part
 }
@@ -113,6 +116,35 @@ TEST(ShapeArabic, AMarkKeepsLamAndAlefApart) {
 TEST(ShapeArabic, LatinTextStaysAsItIs) {
     for (const char* text : {"Text", "A text, with 12 words.", "(F5)", "a (b) <c>", "été 5", "1280 x 720"})
         EXPECT_EQ(arabic(text), text);
+}
+
+// A sign after "ab" stays behind it when it runs from the left, and comes before it when from the right. A
+// neutral one has "ab" on one side alone, and stays too: it is told by a letter behind it, where it parts.
+static int runsFrom(const std::string& sign) {
+    const std::string before = arabic("ab" + sign);
+    if (before == sign + "ab") return 'R';
+    return arabic("ab" + sign + "\u062F") == "\uFEA9ab" + sign ? 'L' : 'N';
+}
+
+TEST(ShapeArabic, AScriptRunsFromItsSideUpToTheEdgesOfItsRange) {
+    const struct {
+        const char *outside, *first, *last, *beyond;
+        int side;
+    } ranges[] = {{"\u058F", "\u0590", "\u08FF", "\u0900", 'R'},
+                  {"\uFB4F", "\uFB50", "\uFEFF", "\uFF00", 'R'},
+                  {"\u00BF", "\u00C0", "\u024F", "\u0250", 'L'},
+                  {"@", "A", "Z", "[", 'L'},
+                  {"`", "a", "z", "{", 'L'},
+                  {"/", "0", "9", ":", 'L'}};
+    for (const auto& range : ranges) {
+        EXPECT_EQ(runsFrom(range.outside), 'N') << range.outside;
+        EXPECT_EQ(runsFrom(range.first), range.side) << range.first;
+        EXPECT_EQ(runsFrom(range.last), range.side) << range.last;
+        EXPECT_EQ(runsFrom(range.beyond), 'N') << range.beyond;
+    }
+    for (const char* mark : {"\u064B", "\u065F", "\u0670"}) EXPECT_EQ(runsFrom(mark), 'N') << mark;
+    for (const char* digit : {"1", "2", "3", "4", "5", "6", "7", "8"})
+        EXPECT_EQ(runsFrom(digit), 'L') << digit;
 }
 
 TEST(ShapeArabic, OnlyNeutralsRunFromTheRight) {

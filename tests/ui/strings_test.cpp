@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 TEST(Strings, ARowReadsInTheLanguageOfTheGame) {
     const char* const subtitles[LANGUAGE_COUNT] = {"Build a modern city",
                                                    "Buduj nowoczesne miasto",
@@ -28,6 +30,17 @@ TEST(Strings, ARowReadsInTheLanguageOfTheGame) {
     setCurrentLanguage(0);
 }
 
+TEST(Strings, ARowWithoutATextInALanguageReadsInEnglish) {
+    const char* row[LANGUAGE_COUNT] = {"Street", "Ulica", "", nullptr};
+    EXPECT_STREQ(textOfRow(row, 0), "Street");
+    EXPECT_STREQ(textOfRow(row, 1), "Ulica");
+    EXPECT_STREQ(textOfRow(row, 2), "Street");
+    EXPECT_STREQ(textOfRow(row, 3), "Street");
+    EXPECT_STREQ(textOfRow(row, LANGUAGE_COUNT - 1), "Street");
+    row[0] = nullptr;
+    EXPECT_EQ(textOfRow(row, 2), nullptr);
+}
+
 TEST(Strings, AnIdIsTheNumberOfItsRow) {
     setCurrentLanguage(0);
     const struct {
@@ -47,4 +60,15 @@ TEST(Strings, AnIdIsTheNumberOfItsRow) {
         EXPECT_STREQ(tr(row.id), row.text);
     }
     EXPECT_EQ(STRING_COUNT, 275);
+}
+
+// Renewed by hand with every wanted change of an English text, which the other languages then follow.
+TEST(Strings, TheEnglishTextsAreThoseThatWereTranslated) {
+    uint64_t hash = 14695981039346656037u;
+    for (int id = 0; id < STRING_COUNT; id++) {
+        const std::string text = stringTable[id * LANGUAGE_COUNT];
+        for (size_t i = 0; i <= text.size(); i++) // with the zero at its end
+            hash = (hash ^ static_cast<uint8_t>(text.c_str()[i])) * 1099511628211u;
+    }
+    EXPECT_EQ(hash, 4721629856176773711u);
 }

@@ -22,7 +22,8 @@ struct Paragraph {
     float size, width, height, gap;
 };
 
-constexpr float SCALES[] = {0.75f, 1.0f, 2.0f};
+// Of the smallest and the largest windows, and of those that are common: 600, 720, 900 and 1080 high.
+constexpr float SCALES[] = {0.75f, 600.0f / 720.0f, 1.0f, 1.25f, 1.5f, 2.0f};
 constexpr float COLUMN = 268.0f; // of the right panel
 
 struct TextRoom : SpokenFonts {
