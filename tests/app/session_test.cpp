@@ -7,6 +7,7 @@
 #include "sim/map_generation.h"
 #include "sim/save_file.h"
 
+#include <algorithm>
 #include <cmath>
 #include <ctime>
 #include <fstream>
@@ -65,6 +66,65 @@ TEST_F(SessionTest, TheTourStartsWithTheFirstCityOnly) {
     EXPECT_EQ(app.tutorialStep, 0);
 }
 
+TEST_F(SessionTest, ANewCityEndsARunningTourAndBeginsItsOwn) {
+    for (const bool done : {true, false}) {
+        app.settings.tutorialDone = done;
+        app.tutorialStep = 3;
+        app.tutorialCard = {10, 10, 480, 210};
+        newCity(app);
+        EXPECT_EQ(app.tutorialStep, done ? -1 : 0);
+        EXPECT_EQ(app.tutorialCard.w, 0.0f); // of the old step
+        EXPECT_EQ(app.settings.tutorialDone, done);
+    }
+}
+
+TEST_F(SessionTest, ALoadEndsARunningTour) {
+    app.settings.tutorialDone = false;
+    saveGame(app);
+    app.tutorialStep = 3;
+    app.tutorialCard = {10, 10, 480, 210};
+    loadGame(app);
+    EXPECT_EQ(app.tutorialStep, -1);
+    EXPECT_EQ(app.tutorialCard.w, 0.0f);
+    EXPECT_FALSE(app.settings.tutorialDone); // it was neither finished nor skipped
+}
+
+TEST_F(SessionTest, AFailedLoadLeavesTheTourRunning) {
+    app.tutorialStep = 3;
+    loadGame(app);
+    EXPECT_EQ(app.tutorialStep, 3);
+}
+
+TEST_F(SessionTest, TimeRunsInTheFirstCityThatIsLoaded) {
+    saveGame(app);
+    app.screen = SCREEN_TITLE;
+    loadGame(app);
+    frame(0.1f);
+    EXPECT_EQ(app.speed, 1);
+    EXPECT_GT(app.city.hourOfDay, 9.0f);
+}
+
+TEST_F(SessionTest, ALoadFromTheTitleLooksFromWhereANewGameDoes) {
+    saveGame(app);
+    app.screen = SCREEN_TITLE;
+    app.camera.target = {100.0f, 0.0f, 100.0f};
+    app.camera.yaw = 2.0f;
+    app.camera.pitch = 0.55f;
+    app.camera.distance = 330.0f;
+    loadGame(app);
+    EXPECT_EQ(app.camera.target, (Vec3{384.0f, 0.0f, 384.0f}));
+    EXPECT_EQ(app.camera.yaw, 0.8f);
+    EXPECT_EQ(app.camera.pitch, 0.95f);
+    EXPECT_EQ(app.camera.distance, 190.0f);
+}
+
+TEST_F(SessionTest, AFailedLoadLeavesTheTitlesView) {
+    app.screen = SCREEN_TITLE;
+    app.camera.distance = 330.0f;
+    loadGame(app);
+    EXPECT_EQ(app.camera.distance, 330.0f);
+}
+
 TEST_F(SessionTest, SavingAndLoadingGoRoundTrip) {
     app.city.money = 4321.0;
     cell(30, 30).road = ROAD_AVENUE;
@@ -89,6 +149,32 @@ TEST_F(SessionTest, SavingAndLoadingGoRoundTrip) {
     EXPECT_EQ(app.dayTimer, 7.0f);
     EXPECT_EQ(app.camera.target, camera.target); // a load does not move the camera
     EXPECT_EQ(app.camera.distance, camera.distance);
+}
+
+TEST_F(SessionTest, TheHighlightOfTheOldLandIsGoneAfterALoadAndANewCity) {
+    saveGame(app);
+    for (void (*const enter)(App&) : {loadGame, newCity}) {
+        app.city = flatCity();
+        point(50, 50);
+        frame();
+        ASSERT_EQ(app.meshes.hoverX, 50);
+        enter(app);
+        EXPECT_EQ(app.meshes.hoverX, -1);
+        EXPECT_EQ(app.meshes.hoverMesh.vertexCount, 0);
+        EXPECT_FALSE(app.hoverValid);
+    }
+}
+
+TEST_F(SessionTest, TheHighlightLiesOnTheLandThatF9Brings) {
+    saveGame(app);
+    point(50, 50);
+    frame();
+    gl.recording = true;
+    press(KEY_F9);
+    const std::string quad = glCall("BufferData", GL_ARRAY_BUFFER, 6 * 56, &app, GL_STATIC_DRAW);
+    const auto uploads = callsOf(gl, "BufferData");
+    EXPECT_EQ(std::count(uploads.begin(), uploads.end(), quad), 1);
+    EXPECT_EQ(app.meshes.hoverX, 50);
 }
 
 TEST_F(SessionTest, AFailedSaveKeepsWhatIsKnownOfTheOldOne) {
