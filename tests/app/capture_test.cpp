@@ -1,5 +1,7 @@
 #include "app/capture.h"
 
+#include "app/tools.h"
+#include "sim/city_helpers.h"
 #include "ui/languages.h"
 #include "view/fake_gl.h"
 
@@ -44,6 +46,86 @@ TEST(StateString, OverlayByItsName) {
     EXPECT_EQ(stateApplied("overlay=happy").meshes.overlayMode, OVERLAY_HAPPY);
     EXPECT_EQ(stateApplied("overlay=happy,overlay=nonsense").meshes.overlayMode, OVERLAY_HAPPY);
     EXPECT_EQ(stateApplied("overlay=happy,overlay=normal").meshes.overlayMode, OVERLAY_NORMAL);
+}
+
+TEST(StateString, PanelByItsNameAndAnyOtherIsNone) {
+    EXPECT_EQ(stateApplied("panel=budget").currentPanel, PANEL_BUDGET);
+    EXPECT_EQ(stateApplied("panel=finance").currentPanel, PANEL_FINANCE);
+    EXPECT_EQ(stateApplied("panel=stats").currentPanel, PANEL_STATISTICS);
+    for (const char* other : {"panel=stats,panel=none", "panel=stats,panel=", "panel=stats,panel=statistics"})
+        EXPECT_EQ(stateApplied(other).currentPanel, PANEL_NONE) << other;
+}
+
+TEST(StateString, OnlyOnePauses) {
+    EXPECT_TRUE(stateApplied("pause=1").paused);
+    for (const char* other : {"pause=1,pause=0", "pause=1,pause=", "pause=1,pause=10", "pause=1,pause=true"})
+        EXPECT_FALSE(stateApplied(other).paused) << other;
+}
+
+TEST(StateString, SpeedIsHeldToThree) {
+    for (int speed = 0; speed <= 3; speed++)
+        EXPECT_EQ(stateApplied("speed=" + std::to_string(speed)).speed, speed);
+    EXPECT_EQ(stateApplied("speed=4").speed, 3);
+    EXPECT_EQ(stateApplied("speed=-1").speed, 0);
+    for (const char* odd : {"speed=2,speed=", "speed=2,speed=fast", "speed=2,speed=1.5"})
+        EXPECT_EQ(stateApplied(odd).speed, 2) << odd;
+}
+
+TEST(StateString, CategoryByItsNameWithItsFirstTool) {
+    const std::pair<const char*, int> categories[] = {{"roads", TOOL_STREET},
+                                                      {"zones", TOOL_RESIDENTIAL_ZONE},
+                                                      {"services", TOOL_POLICE_STATION},
+                                                      {"utilities", TOOL_GAS_POWER_PLANT},
+                                                      {"districts", TOOL_PAINT_DISTRICT},
+                                                      {"bulldoze", TOOL_BULLDOZE}};
+    int category = CATEGORY_ROADS;
+    for (const auto& [name, tool] : categories) {
+        const App app = stateApplied(std::string("cat=") + name);
+        EXPECT_EQ(app.currentCategory, category++) << name;
+        EXPECT_EQ(app.currentTool, tool) << name;
+    }
+    const App app = stateApplied("cat=roads,cat=select");
+    EXPECT_EQ(app.currentCategory, CATEGORY_SELECT);
+    EXPECT_EQ(app.currentTool, TOOL_SELECT);
+    EXPECT_EQ(stateApplied("cat=roads,cat=parks").currentCategory, CATEGORY_ROADS);
+}
+
+TEST(StateString, AnyToolIsTheOneForHomes) {
+    for (const char* text : {"tool=", "tool=park", "cat=bulldoze,tool=1"}) {
+        const App app = stateApplied(text);
+        EXPECT_EQ(app.currentTool, TOOL_RESIDENTIAL_ZONE) << text;
+        EXPECT_EQ(app.currentCategory, CATEGORY_ZONES) << text;
+    }
+}
+
+TEST(StateString, SelectTakesTheBuildingOnTheCellElseTheCell) {
+    App app;
+    app.city = flatCity();
+    addBuilding(app.city, 2, 3, KIND_PARK);
+    addBuilding(app.city, 7, 8, KIND_SCHOOL);
+    applyStateString(app, "select=7:8");
+    EXPECT_EQ(app.selectedBuilding, 1);
+    EXPECT_EQ(app.selectedCellX, -1);
+    applyStateString(app, "select=8:7");
+    EXPECT_EQ(app.selectedBuilding, -1);
+    EXPECT_EQ(app.selectedCellX, 8);
+    EXPECT_EQ(app.selectedCellY, 7);
+    applyStateString(app, "select=9");
+    EXPECT_EQ(app.selectedCellX, 8);
+    applyStateString(app, "select=96:0"); // there is no such cell
+    EXPECT_EQ(app.selectedCellX, -1);
+}
+
+TEST(StateString, TheTourStartsAtItsStep) {
+    EXPECT_EQ(stateApplied("tutorial=0").tutorialStep, 0);
+    EXPECT_EQ(stateApplied("tutorial=5").tutorialStep, 5);
+    EXPECT_EQ(stateApplied("tutorial=5,tutorial=-1").tutorialStep, -1);
+    EXPECT_EQ(stateApplied("tutorial=5,tutorial=next").tutorialStep, 5);
+}
+
+TEST(StateString, TheDistrictThatIsPainted) {
+    EXPECT_EQ(stateApplied("district=3").paintDistrict, 3);
+    EXPECT_EQ(stateApplied("district=3,district=north").paintDistrict, 3);
 }
 
 TEST(StateString, HourDistanceAndCalendarDay) {
@@ -114,6 +196,8 @@ TEST(StateString, SettingsLeadBackToTheGameOnlyFromTheGame) {
     app.screen = SCREEN_GAME;
     applyStateString(app, "screen=settings");
     EXPECT_EQ(app.returnScreen, SCREEN_GAME);
+    EXPECT_EQ(stateApplied("pause=1,screen=settings").returnScreen, SCREEN_GAME);
+    EXPECT_EQ(stateApplied("screen=settings,pause=1").returnScreen, SCREEN_TITLE); // each acts at once
 }
 
 TEST(StateString, PiecesAreAppliedInOrderAndWhatIsNotUnderstoodIsSkipped) {

@@ -6,9 +6,11 @@
 #include "sim/city_helpers.h"
 #include "sim/map_generation.h"
 #include "sim/save_file.h"
+#include "view/street_life_mesh.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <ctime>
 #include <fstream>
 #include <limits>
@@ -377,6 +379,88 @@ TEST_F(SessionTest, AFinishedMissionIsHeard) {
     EXPECT_EQ(app.statusId, STATUS_MISSION_COMPLETE);
 }
 
+// --- Street life
+
+static bool operator==(const Vehicle& a, const Vehicle& b) {
+    return a.toX == b.toX && a.toY == b.toY && a.fromX == b.fromX && a.fromY == b.fromY && a.t == b.t &&
+           a.speed == b.speed && a.isBus == b.isBus && a.colourIndex == b.colourIndex && a.lane == b.lane &&
+           a.dead == b.dead;
+}
+
+static bool operator==(const StreetLife& a, const StreetLife& b) {
+    return std::equal(a.vehicles.begin(), a.vehicles.end(), b.vehicles.begin(), b.vehicles.end()) &&
+           a.rng == b.rng && a.spawnTimer == b.spawnTimer && a.roadCells == b.roadCells &&
+           a.busStops == b.busStops && a.scanTimer == b.scanTimer;
+}
+
+class StreetLifeInPlay : public SessionTest {
+protected:
+    // A day has passed in the city: so many people were counted at its end.
+    void settle(float people) {
+        layRoads(app.city, 20, 40, 75, 40);
+        layRoads(app.city, 48, 20, 48, 75);
+        app.city.historyCount = 3;
+        app.city.history[HISTORY_POPULATION] = {10000.0f, 0.0f, people};
+        app.city.population = 7;
+    }
+};
+
+TEST_F(StreetLifeInPlay, IsSteppedByTheGamesTimeWithTheLastPopulation) {
+    settle(250.6f);
+    StreetLife expected;
+    for (const int speed : {3, 1, 0, 2}) {
+        app.speed = speed;
+        for (int i = 0; i < 20; i++) {
+            frame(0.1f);
+            updateStreetLife(expected, app.city, static_cast<float>(speed) * 0.1f, 250);
+            ASSERT_TRUE(app.streetLife == expected) << speed << " " << i;
+        }
+    }
+    EXPECT_GT(expected.vehicles.size(), 3u);
+}
+
+TEST_F(StreetLifeInPlay, StandsInThePauseAndCountsNobodyBeforeTheFirstDay) {
+    settle(5000.0f);
+    app.city.historyCount = 0;
+    app.speed = 3;
+    StreetLife expected;
+    for (int i = 0; i < 30; i++) {
+        app.paused = i >= 20;
+        frame(0.1f);
+        updateStreetLife(expected, app.city, app.paused ? 0.0f : 0.3f, 0);
+        ASSERT_TRUE(app.streetLife == expected) << i;
+    }
+}
+
+TEST_F(StreetLifeInPlay, ItsMeshFollowsEachFrame) {
+    settle(400.0f);
+    for (int i = 0; i < 20; i++) {
+        frame(0.1f);
+        MeshBuilder expected;
+        buildStreetLifeMesh(expected, app.city, app.streetLife);
+        ASSERT_EQ(app.meshes.streetLifeMesh.vertexCount, static_cast<int32_t>(expected.size())) << i;
+        ASSERT_EQ(std::memcmp(app.meshes.streetLifeBuilder.data(), expected.data(),
+                              expected.size() * sizeof(Vertex)),
+                  0)
+            << i;
+    }
+    EXPECT_GT(app.meshes.streetLifeMesh.vertexCount, 0);
+}
+
+TEST_F(StreetLifeInPlay, ANewCityAndALoadedOneBeginWithEmptyStreets) {
+    saveGame(app);
+    for (void (*const enter)(App&) : {loadGame, newCity}) {
+        settle(400.0f);
+        for (int i = 0; i < 20; i++) frame(0.1f);
+        ASSERT_FALSE(app.streetLife.vehicles.empty());
+        const uint32_t rng = app.streetLife.rng;
+        enter(app);
+        StreetLife empty;
+        empty.rng = rng;
+        EXPECT_TRUE(app.streetLife == empty);
+    }
+}
+
 // --- News and the end
 // -------------------------------------------------------------------------------------------
 
@@ -440,8 +524,17 @@ TEST_F(SessionTest, TheDemoCityStandsAsItIsToldEachTime) {
     EXPECT_EQ(cell(48, 48).road, ROAD_AVENUE);
     EXPECT_EQ(cell(51, 48).busStop, 1);
     EXPECT_EQ(cell(45, 48).busStop, 1);
-    ASSERT_EQ(app.city.buildings.size(), 6u); // the hospital is too dear
-    EXPECT_EQ(app.city.buildings[0].kind, KIND_GAS_POWER_PLANT);
+    const struct {
+        int kind, x, y;
+    } buildings[] = {
+        {KIND_GAS_POWER_PLANT, 49, 42}, {KIND_WATER_PUMP, 47, 54},     {KIND_PARK, 49, 54},
+        {KIND_SCHOOL, 47, 42},          {KIND_POLICE_STATION, 49, 50}, {KIND_FIRE_STATION, 49, 45}};
+    ASSERT_EQ(app.city.buildings.size(), std::size(buildings)); // the hospital is too dear
+    for (size_t i = 0; i < std::size(buildings); i++) {
+        EXPECT_EQ(app.city.buildings[i].kind, buildings[i].kind) << i;
+        EXPECT_EQ(app.city.buildings[i].x, buildings[i].x) << i;
+        EXPECT_EQ(app.city.buildings[i].y, buildings[i].y) << i;
+    }
     EXPECT_EQ(cell(47, 46).zone, ZONE_RESIDENTIAL);
     EXPECT_EQ(cell(41, 53).zone, ZONE_RESIDENTIAL);
     EXPECT_EQ(cell(55, 43).zone, ZONE_COMMERCIAL);
@@ -452,9 +545,15 @@ TEST_F(SessionTest, TheDemoCityStandsAsItIsToldEachTime) {
     EXPECT_EQ(app.tutorialStep, -1);
     EXPECT_FALSE(std::ifstream(app.settingsPath).good());
     EXPECT_EQ(app.camera.target, (Vec3{388.0f, 0.0f, 388.0f}));
+    EXPECT_EQ(app.camera.yaw, 0.7f);
+    EXPECT_EQ(app.camera.pitch, 0.75f);
     EXPECT_EQ(app.camera.distance, 150.0f);
     EXPECT_EQ(app.lastEventCount, app.city.eventCount);
-    EXPECT_FALSE(app.streetLife.vehicles.empty());
+
+    StreetLife expected;
+    for (int step = 0; step < 300; step++) updateStreetLife(expected, app.city, 0.1f, 400);
+    EXPECT_TRUE(app.streetLife == expected);
+    EXPECT_FALSE(expected.vehicles.empty());
 }
 
 TEST_F(SessionTest, TheDemoCityGrowsInItsDays) {
