@@ -85,9 +85,23 @@ TEST_F(AppInit, ALanguageThatWasNeverChosenIsTheSystems) {
     EXPECT_EQ(app.settings.language, -1);
 }
 
-TEST_F(AppInit, WithoutShadersItFailsAndSaysWhy) {
+TEST_F(AppInit, WithoutTheInterfacesShadersItFailsAndSaysWhy) {
     fake.compiles = false;
     EXPECT_FALSE(start());
     EXPECT_FALSE(app.initialised);
     EXPECT_NE(notes.find("sss"), std::string::npos); // the compiler's log
+}
+
+// The interface has two shaders and comes first.
+static void APIENTRY compileTwo(GLuint, GLenum, GLint* status) {
+    static int asked = 0;
+    *status = asked++ < 2;
+}
+
+TEST_F(AppInit, WithoutTheWorldsShadersItFailsAndSaysWhy) {
+    gl.GetShaderiv = compileTwo;
+    EXPECT_FALSE(start());
+    EXPECT_FALSE(app.initialised);
+    EXPECT_NE(app.logoTexture, 0u); // which stands between the two
+    EXPECT_NE(notes.find("sss"), std::string::npos);
 }
