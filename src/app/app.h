@@ -82,7 +82,7 @@ struct App {
     uint8_t currentOverlay = OVERLAY_NORMAL; // Overlay
     uint8_t currentPanel = PANEL_NONE;       // Panel
     int32_t paintDistrict = 0;               // 1 to 8 once the player has chosen one
-    int32_t speed = 0;                       // 0 to 3, 0 stops time
+    int32_t speed = 1;                       // 0 to 3, 0 stops time
     float dayTimer = 0.0f;                   // game seconds towards the next daily tick
 
     int32_t hoverX = -1; // the cell under the mouse while hoverValid

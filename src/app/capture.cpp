@@ -78,8 +78,7 @@ static void applyCategory(App& app, std::string_view value) {
 static void applyTool(App& app, std::string_view) { setTool(app, TOOL_RESIDENTIAL_ZONE); }
 
 static void applyLanguage(App& app, std::string_view value) {
-    const int language = languageFromCode(std::string(value).c_str());
-    if (language != 0 || value == languageAt(0).code) chooseLanguage(app, language);
+    chooseLanguage(app, languageFromCode(std::string(value).c_str()));
 }
 
 static void applyHour(App& app, std::string_view value) { readFloat(value, app.city.hourOfDay); }
@@ -161,7 +160,7 @@ void applyStateString(App& app, const std::string& text) {
 // --- The variables
 // ----------------------------------------------------------------------------------------------
 
-Capture applyCaptureHooks(App& app) {
+Capture applyCaptureHooks(App& app, int width, int height) {
     Capture capture;
     const char* demo = std::getenv("OV_DEMO");
     if (demo && demo[0] == '1') buildDemoCity(app, 60);
@@ -171,7 +170,10 @@ Capture applyCaptureHooks(App& app) {
         app.screen = SCREEN_SETTINGS;
         app.returnScreen = SCREEN_TITLE;
     }
-    if (const char* state = std::getenv("OV_STATE")) applyStateString(app, state);
+    if (const char* state = std::getenv("OV_STATE")) {
+        applyStateString(app, state);
+        clampCamera(app.camera, viewAspect(width, height));
+    }
     return capture;
 }
 
@@ -180,7 +182,7 @@ Capture applyCaptureHooks(App& app) {
 
 // A picture that cannot be written is no reason to disturb anyone: the run ends all the same.
 static void writeScreenshot(const std::string& path, int width, int height) {
-    if (width <= 0 || height <= 0) return;
+    if (path.empty() || width <= 0 || height <= 0) return;
     SDL_Surface* surface = SDL_CreateRGBSurfaceWithFormat(0, width, height, 24, SDL_PIXELFORMAT_RGB24);
     if (!surface) return;
 
@@ -197,9 +199,9 @@ static void writeScreenshot(const std::string& path, int width, int height) {
 }
 
 bool captureFrame(Capture& capture, int width, int height) {
-    if (capture.shotPath.empty()) return false;
+    if (!capture.shotPath) return false;
     capture.frameCount++;
     if (capture.frameCount != capture.frameLimit) return false;
-    writeScreenshot(capture.shotPath, width, height);
+    writeScreenshot(*capture.shotPath, width, height);
     return true;
 }

@@ -4,14 +4,18 @@
 
 #include "app/app.h"
 
+#include <optional>
+#include <string>
+
 struct Capture {
-    std::string shotPath; // empty: no picture, and the run goes on
+    std::optional<std::string> shotPath; // none: the run goes on; empty: it ends without a picture
     int frameLimit = 40;
     int frameCount = 0;
 };
 
-// Reads the variables, once after appInit, and puts the game into the state that they ask for.
-Capture applyCaptureHooks(App& app);
+// Reads the variables, once after appInit, and puts the game into the state that they ask for. The size is
+// the drawable's, in pixels: a view that the state string sets is held to the map as the player's own is.
+Capture applyCaptureHooks(App& app, int width, int height);
 
 // Counts a frame. True when it was the last: then its picture has been written from the back buffer.
 bool captureFrame(Capture& capture, int width, int height);

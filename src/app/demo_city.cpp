@@ -43,7 +43,7 @@ static void fillStreets(App& app) {
 
 void buildDemoCity(App& app, int days) {
     newCity(app);
-    app.tutorialStep = -1;
+    startTutorial(app, -1);
     layStreets(app.city);
     placeServices(app.city);
     zoneQuarters(app.city);

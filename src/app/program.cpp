@@ -185,7 +185,10 @@ int runProgram(GlLoader loader) {
     }
     if (!notes.empty()) std::fprintf(stderr, "%s", notes.c_str());
 
-    Capture capture = applyCaptureHooks(*app);
+    int width;
+    int height;
+    SDL_GL_GetDrawableSize(window.window, &width, &height);
+    Capture capture = applyCaptureHooks(*app, width, height);
     runLoop(*app, capture, window.window);
 
     appShutdown(*app);

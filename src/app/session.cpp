@@ -24,14 +24,25 @@ void setCurrentOverlay(App& app, int overlay) {
 
 void cycleOverlay(App& app) { setCurrentOverlay(app, (app.currentOverlay + 1) % OVERLAY_COUNT); }
 
-void startTutorial(App& app, int step) { app.tutorialStep = step; }
+void startTutorial(App& app, int step) {
+    app.tutorialStep = step;
+    app.tutorialCard = {}; // until the step is drawn
+}
 
-// What a new city and a loaded one have in common.
+static void resetCamera(Camera& camera) {
+    camera.target = {MAP_WIDTH / 2, 0.0f, MAP_WIDTH / 2};
+    camera.yaw = 0.8f;
+    camera.pitch = 0.95f;
+    camera.distance = 190.0f;
+}
+
+// What a new city and a loaded one have in common: nothing of the old one's is left on the screen.
 static void enterCity(App& app) {
     app.paused = false;
     app.currentPanel = PANEL_NONE;
-    app.dragging = false;
+    stopToolInput(app);
     clearSelection(app);
+    startTutorial(app, -1);
     resetStreetLife(app.streetLife);
     app.screen = SCREEN_GAME;
     app.lastEventCount = app.city.eventCount;
@@ -42,10 +53,7 @@ void newCity(App& app) {
     generateMap(app.city, app.citySeed);
     setTool(app, TOOL_SELECT);
     setCurrentOverlay(app, OVERLAY_NORMAL);
-    app.camera.target = {MAP_WIDTH / 2, 0.0f, MAP_WIDTH / 2};
-    app.camera.yaw = 0.8f;
-    app.camera.pitch = 0.95f;
-    app.camera.distance = 190.0f;
+    resetCamera(app.camera);
     app.speed = 1;
     enterCity(app);
     showCityStatus(app);
@@ -61,6 +69,7 @@ void saveGame(App& app) {
 void loadGame(App& app) {
     if (!loadCity(app.city, app.savePath)) return showStatus(app, STATUS_NO_SAVED_GAME, 0);
     app.citySeed = app.city.seed;
+    if (!showsCityInPlay(app)) resetCamera(app.camera); // it was the menus'
     enterCity(app);
     showStatus(app, STATUS_LOADED, 0);
 }

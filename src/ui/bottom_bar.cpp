@@ -39,6 +39,7 @@ static void drawStatusLine(App& app, const HudLayout& hud) {
     const float s = hud.scale;
     const UiRect rect = {390.0f * s, hud.missionBlock.y, hud.width - (306.0f + 372.0f + 36.0f) * s,
                          68.0f * s};
+    if (rect.w <= 0.0f) return; // a high window has room for mission and legend only
     StatusBuffer buffer;
     uiWrappedText(app.ui, rect, statusText(app.statusId, app.statusArg, buffer), uiFontSize(app.ui, 17.0f),
                   colText, s);

@@ -50,7 +50,7 @@ void drawEndScreen(App& app, const Input&) {
     const HudLayout hud = hudLayout(ui);
     const float s = hud.scale;
     const float centre = hud.width / 2.0f;
-    const bool won = app.city.allMissionsDone != 0;
+    const bool won = app.city.allMissionsDone && !app.city.bankrupt; // bankruptcy is for good
     const UiRect panel = {centre - 270.0f * s, hud.height / 2.0f - 190.0f * s, 540.0f * s, 380.0f * s};
     uiDimWindow(ui, 0.55f);
     uiPanel(ui, panel, 12.0f * s, 2.0f * s);

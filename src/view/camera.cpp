@@ -87,6 +87,10 @@ void clampCamera(Camera& camera, float aspect) {
     camera.target.z = clampTarget(camera.target.z, unit.lowZ * camera.distance, unit.highZ * camera.distance);
 }
 
+float viewAspect(int width, int height) {
+    return height > 0 ? static_cast<float>(width) / static_cast<float>(height) : 1.6f;
+}
+
 static float heldAxis(const Input& input, Key plus, Key otherPlus, Key minus, Key otherMinus) {
     float axis = 0.0f;
     if (input.keysHeld[plus] || input.keysHeld[otherPlus]) axis += 1.0f;
@@ -138,8 +142,5 @@ void updateCamera(Camera& camera, const Input& input, float dt) {
     }
     if (input.wheel != 0.0f) camera.distance *= std::pow(0.88f, input.wheel);
 
-    const float aspect = input.drawableHeight > 0 ? static_cast<float>(input.drawableWidth) /
-                                                        static_cast<float>(input.drawableHeight)
-                                                  : 1.6f;
-    clampCamera(camera, aspect);
+    clampCamera(camera, viewAspect(input.drawableWidth, input.drawableHeight));
 }

@@ -23,6 +23,8 @@ void updateCamera(Camera& camera, const Input& input, float dt);
 // Keeps the whole view over the map, on the plane y = 0. `aspect` is width over height. A pose that is no
 // number becomes that of a new camera.
 void clampCamera(Camera& camera, float aspect);
+// Of a drawable of that size; 1.6 without a height.
+float viewAspect(int width, int height);
 
 // From the target to the eye, a unit vector.
 Vec3 cameraDirection(const Camera& camera);

@@ -19,6 +19,8 @@ struct Vehicle {
     uint8_t colourIndex = 0; // of a car, below CAR_COLOUR_COUNT
     int8_t lane = 1;         // side of the road's middle, +1 or -1
     uint8_t dead = 0;        // the next update removes it
+
+    bool operator==(const Vehicle&) const = default;
 };
 
 struct StreetLife {
@@ -28,6 +30,8 @@ struct StreetLife {
     int32_t roadCells = 0;   // from the last scan
     int32_t busStops = 0;    // from the last scan
     float scanTimer = 0.0f;  // seconds of game time
+
+    bool operator==(const StreetLife&) const = default;
 };
 
 // Empties the streets for another city.

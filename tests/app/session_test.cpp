@@ -1,13 +1,15 @@
 #include "app/session.h"
 
-#include "app/demo_city.h"
 #include "app/game_fixture.h"
 #include "app/tools.h"
 #include "sim/city_helpers.h"
 #include "sim/map_generation.h"
 #include "sim/save_file.h"
+#include "view/street_life_mesh.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <ctime>
 #include <fstream>
 #include <limits>
@@ -65,6 +67,65 @@ TEST_F(SessionTest, TheTourStartsWithTheFirstCityOnly) {
     EXPECT_EQ(app.tutorialStep, 0);
 }
 
+TEST_F(SessionTest, ANewCityEndsARunningTourAndBeginsItsOwn) {
+    for (const bool done : {true, false}) {
+        app.settings.tutorialDone = done;
+        app.tutorialStep = 3;
+        app.tutorialCard = {10, 10, 480, 210};
+        newCity(app);
+        EXPECT_EQ(app.tutorialStep, done ? -1 : 0);
+        EXPECT_EQ(app.tutorialCard.w, 0.0f); // of the old step
+        EXPECT_EQ(app.settings.tutorialDone, done);
+    }
+}
+
+TEST_F(SessionTest, ALoadEndsARunningTour) {
+    app.settings.tutorialDone = false;
+    saveGame(app);
+    app.tutorialStep = 3;
+    app.tutorialCard = {10, 10, 480, 210};
+    loadGame(app);
+    EXPECT_EQ(app.tutorialStep, -1);
+    EXPECT_EQ(app.tutorialCard.w, 0.0f);
+    EXPECT_FALSE(app.settings.tutorialDone); // it was neither finished nor skipped
+}
+
+TEST_F(SessionTest, AFailedLoadLeavesTheTourRunning) {
+    app.tutorialStep = 3;
+    loadGame(app);
+    EXPECT_EQ(app.tutorialStep, 3);
+}
+
+TEST_F(SessionTest, TimeRunsInTheFirstCityThatIsLoaded) {
+    saveGame(app);
+    app.screen = SCREEN_TITLE;
+    loadGame(app);
+    frame(0.1f);
+    EXPECT_EQ(app.speed, 1);
+    EXPECT_GT(app.city.hourOfDay, 9.0f);
+}
+
+TEST_F(SessionTest, ALoadFromTheTitleLooksFromWhereANewGameDoes) {
+    saveGame(app);
+    app.screen = SCREEN_TITLE;
+    app.camera.target = {100.0f, 0.0f, 100.0f};
+    app.camera.yaw = 2.0f;
+    app.camera.pitch = 0.55f;
+    app.camera.distance = 330.0f;
+    loadGame(app);
+    EXPECT_EQ(app.camera.target, (Vec3{384.0f, 0.0f, 384.0f}));
+    EXPECT_EQ(app.camera.yaw, 0.8f);
+    EXPECT_EQ(app.camera.pitch, 0.95f);
+    EXPECT_EQ(app.camera.distance, 190.0f);
+}
+
+TEST_F(SessionTest, AFailedLoadLeavesTheTitlesView) {
+    app.screen = SCREEN_TITLE;
+    app.camera.distance = 330.0f;
+    loadGame(app);
+    EXPECT_EQ(app.camera.distance, 330.0f);
+}
+
 TEST_F(SessionTest, SavingAndLoadingGoRoundTrip) {
     app.city.money = 4321.0;
     cell(30, 30).road = ROAD_AVENUE;
@@ -89,6 +150,32 @@ TEST_F(SessionTest, SavingAndLoadingGoRoundTrip) {
     EXPECT_EQ(app.dayTimer, 7.0f);
     EXPECT_EQ(app.camera.target, camera.target); // a load does not move the camera
     EXPECT_EQ(app.camera.distance, camera.distance);
+}
+
+TEST_F(SessionTest, TheHighlightOfTheOldLandIsGoneAfterALoadAndANewCity) {
+    saveGame(app);
+    for (void (*const enter)(App&) : {loadGame, newCity}) {
+        app.city = flatCity();
+        point(50, 50);
+        frame();
+        ASSERT_EQ(app.meshes.hoverX, 50);
+        enter(app);
+        EXPECT_EQ(app.meshes.hoverX, -1);
+        EXPECT_EQ(app.meshes.hoverMesh.vertexCount, 0);
+        EXPECT_FALSE(app.hoverValid);
+    }
+}
+
+TEST_F(SessionTest, TheHighlightLiesOnTheLandThatF9Brings) {
+    saveGame(app);
+    point(50, 50);
+    frame();
+    gl.recording = true;
+    press(KEY_F9);
+    const std::string quad = glCall("BufferData", GL_ARRAY_BUFFER, 6 * 56, &app, GL_STATIC_DRAW);
+    const auto uploads = callsOf(gl, "BufferData");
+    EXPECT_EQ(std::count(uploads.begin(), uploads.end(), quad), 1);
+    EXPECT_EQ(app.meshes.hoverX, 50);
 }
 
 TEST_F(SessionTest, AFailedSaveKeepsWhatIsKnownOfTheOldOne) {
@@ -291,6 +378,76 @@ TEST_F(SessionTest, AFinishedMissionIsHeard) {
     EXPECT_EQ(app.statusId, STATUS_MISSION_COMPLETE);
 }
 
+// --- Street life
+
+class StreetLifeInPlay : public SessionTest {
+protected:
+    // Days have passed in the city: so many people were counted at the end of the last.
+    void settle(float people) {
+        layRoads(app.city, 20, 40, 75, 40);
+        layRoads(app.city, 48, 20, 48, 75);
+        app.city.historyCount = 3;
+        app.city.history[HISTORY_POPULATION] = {10000.0f, 0.0f, people};
+        app.city.population = 7;
+    }
+};
+
+TEST_F(StreetLifeInPlay, IsSteppedByTheGamesTimeWithTheLastPopulation) {
+    settle(250.6f);
+    StreetLife expected;
+    for (const int speed : {3, 1, 0, 2}) {
+        app.speed = speed;
+        for (int i = 0; i < 20; i++) {
+            frame(0.1f);
+            updateStreetLife(expected, app.city, static_cast<float>(speed) * 0.1f, 250);
+            ASSERT_TRUE(app.streetLife == expected) << speed << " " << i;
+        }
+    }
+    EXPECT_GT(expected.vehicles.size(), 3u);
+}
+
+TEST_F(StreetLifeInPlay, StandsInThePauseAndCountsNobodyBeforeTheFirstDay) {
+    settle(5000.0f);
+    app.city.historyCount = 0;
+    app.speed = 3;
+    StreetLife expected;
+    for (int i = 0; i < 30; i++) {
+        app.paused = i >= 20;
+        frame(0.1f);
+        updateStreetLife(expected, app.city, app.paused ? 0.0f : 0.3f, 0);
+        ASSERT_TRUE(app.streetLife == expected) << i;
+    }
+}
+
+TEST_F(StreetLifeInPlay, ItsMeshFollowsEachFrame) {
+    settle(400.0f);
+    for (int i = 0; i < 20; i++) {
+        frame(0.1f);
+        MeshBuilder expected;
+        buildStreetLifeMesh(expected, app.city, app.streetLife);
+        ASSERT_EQ(app.meshes.streetLifeMesh.vertexCount, static_cast<int32_t>(expected.size())) << i;
+        ASSERT_EQ(std::memcmp(app.meshes.streetLifeBuilder.data(), expected.data(),
+                              expected.size() * sizeof(Vertex)),
+                  0)
+            << i;
+    }
+    EXPECT_GT(app.meshes.streetLifeMesh.vertexCount, 0);
+}
+
+TEST_F(StreetLifeInPlay, ANewCityAndALoadedOneBeginWithEmptyStreets) {
+    saveGame(app);
+    for (void (*const enter)(App&) : {loadGame, newCity}) {
+        settle(400.0f);
+        for (int i = 0; i < 20; i++) frame(0.1f);
+        ASSERT_FALSE(app.streetLife.vehicles.empty());
+        const uint32_t rng = app.streetLife.rng;
+        enter(app);
+        StreetLife empty;
+        empty.rng = rng;
+        EXPECT_TRUE(app.streetLife == empty);
+    }
+}
+
 // --- News and the end
 // -------------------------------------------------------------------------------------------
 
@@ -340,41 +497,4 @@ TEST_F(SessionTest, ALoadedBankruptCityGoesStraightBackToItsEnd) {
     EXPECT_EQ(app.screen, SCREEN_GAME);
     frame();
     EXPECT_EQ(app.screen, SCREEN_END);
-}
-
-// --- The demo city
-// ----------------------------------------------------------------------------------------------
-
-TEST_F(SessionTest, TheDemoCityStandsAsItIsToldEachTime) {
-    app.settings.tutorialDone = false;
-    app.settingsPath = folder + "untouched.ini";
-    buildDemoCity(app, 0);
-    for (int x = 40; x <= 56; x++) EXPECT_NE(cell(x, 48).road, ROAD_NONE);
-    for (int y = 42; y <= 54; y++) EXPECT_NE(cell(48, y).road, ROAD_NONE);
-    EXPECT_EQ(cell(48, 48).road, ROAD_AVENUE);
-    EXPECT_EQ(cell(51, 48).busStop, 1);
-    EXPECT_EQ(cell(45, 48).busStop, 1);
-    ASSERT_EQ(app.city.buildings.size(), 6u); // the hospital is too dear
-    EXPECT_EQ(app.city.buildings[0].kind, KIND_GAS_POWER_PLANT);
-    EXPECT_EQ(cell(47, 46).zone, ZONE_RESIDENTIAL);
-    EXPECT_EQ(cell(41, 53).zone, ZONE_RESIDENTIAL);
-    EXPECT_EQ(cell(55, 43).zone, ZONE_COMMERCIAL);
-    EXPECT_EQ(cell(55, 53).zone, ZONE_INDUSTRIAL);
-    EXPECT_EQ(cell(41, 43).district, 1);
-    EXPECT_EQ(cell(45, 43).district, 0);
-    EXPECT_EQ(app.speed, 0);
-    EXPECT_EQ(app.tutorialStep, -1);
-    EXPECT_FALSE(std::ifstream(app.settingsPath).good());
-    EXPECT_EQ(app.camera.target, (Vec3{388.0f, 0.0f, 388.0f}));
-    EXPECT_EQ(app.camera.distance, 150.0f);
-    EXPECT_EQ(app.lastEventCount, app.city.eventCount);
-    EXPECT_FALSE(app.streetLife.vehicles.empty());
-}
-
-TEST_F(SessionTest, TheDemoCityGrowsInItsDays) {
-    buildDemoCity(app, 60);
-    EXPECT_EQ(app.city.day, 60);
-    EXPECT_GT(app.city.buildings.size(), 20u);
-    EXPECT_GT(app.city.population, 0);
-    EXPECT_EQ(brokenInvariant(app.city), "");
 }

@@ -373,8 +373,8 @@ def prepare(program, home):
     return [WINE, program]
 
 
-def run_to_end(home, timeout=60, program=PROGRAM, **variables):
-    """Starts the program without a screen of ours, waits for its end: (exit code, error stream)."""
-    result = subprocess.run(prepare(program, home), env=clean_environment(home, **variables),
+def run_to_end(home, timeout=60, program=PROGRAM, folder=None, **variables):
+    """Starts the program without a screen of ours, in `folder` or here, and waits for its end: (exit code, errors)."""
+    result = subprocess.run(prepare(program, home), cwd=folder, env=clean_environment(home, **variables),
                             stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, timeout=timeout)
     return result.returncode, result.stderr.decode()

@@ -13,11 +13,12 @@ WINDOW = (960, 540)  # the smallest in which nothing is squeezed
 STREET, HOMES, DISTRICT_LAND = ((0, 300), (-140, 300)), ((0, 360), (-90, 400)), ((0, 220), (90, 230))
 PLANT, PUMP, NOWHERE = (140, 400), (170, 300), (0, 560)
 
-MONEY, TAX_RATE, DISTRICT_TAXES, DISTRICT_POLICIES = 20, 112, 160, 196  # offsets in the save
+HOUR, MONEY, TAX_RATE, DISTRICT_TAXES, DISTRICT_POLICIES = 16, 20, 112, 160, 196  # offsets in the save
 MISSION, MISSIONS_DONE, BANKRUPT = 205, 209, 210
 STREET_CELL, RESIDENTIAL, GAS_POWER_PLANT, WATER_PUMP = 1, 1, 10, 13
 INCOME, EXPENSE = (102, 204, 115), (230, 102, 89)  # bars of the chart
 WON, LOST = (242, 199, 92), (242, 115, 102)  # words
+SAME_VIEW = 3.0  # mean difference of a colour channel, over some seconds of traffic
 VERDICT = (-200, 192, 400, 36)  # and its size
 
 
@@ -59,7 +60,8 @@ class ByMouse(unittest.TestCase):
         self.raise_a_tax()
         self.rule_a_district()
         self.see_the_chart_move(empty_chart)
-        self.save_leave_and_come_back()
+        save = self.save_leave_and_come_back()
+        self.take_the_city_up_in_another_run(save)
 
     def through_launcher_title_and_options(self):
         self.mouse.wait_for(LAUNCHER["open"], GOLD)
@@ -162,6 +164,29 @@ class ByMouse(unittest.TestCase):
         self.mouse.wait_for(TITLE["new"], GOLD)
         self.mouse.click(TITLE["quit"])
         self.assertEqual(self.game.process.wait(60), 0)
+        return again
+
+    def take_the_city_up_in_another_run(self, save):
+        """On a computer whose player has not taken the tour."""
+        self.start(save=save.data)
+        save.path = self.game.save_path
+        self.mouse.wait_for(LAUNCHER["open"], GOLD)
+        self.mouse.open_title()
+        self.mouse.click(TITLE["continue"])
+        self.mouse.wait_for(SPEEDS[1], GOLD, 10)
+        wait_until(lambda: self.game.saved().number("f", HOUR) > save.number("f", HOUR), "time stands still")
+        continued = self.game.picture()
+
+        self.mouse.click(MENU)
+        self.mouse.wait_for(PAUSE["quit"], BROWN, 140)
+        self.mouse.click(PAUSE["quit"])
+        self.mouse.wait_for(TITLE["new"], GOLD)
+        self.mouse.click(TITLE["new"])
+        self.mouse.wait_for(TOUR_NEXT[0], GOLD, 70)
+        save.write()
+        self.game.press_load()
+        self.mouse.wait_for_end_of(TOUR_NEXT[0], GOLD, 70)
+        wait_until(lambda: self.game.picture().difference(continued) < SAME_VIEW, "it was seen from elsewhere")
 
     def written(self, line):
         with open(self.game.settings_path) as file:
@@ -181,8 +206,8 @@ class ByMouse(unittest.TestCase):
         self.game.in_play = True
         self.assertEqual(self.game.saved().number("B", MISSIONS_DONE), 1)
 
-        for way_out in ("menu", "new"):
-            self.load(city, mission=0, done=0, bankrupt=1)
+        for way_out, done in (("menu", 0), ("new", 1)):  # in debt it is no metropolis any more
+            self.load(city, mission=6 * done, done=done, bankrupt=1)
             self.mouse.wait_for(END["new"], GOLD, 140)
             self.assertFalse(self.mouse.shows(END["keep"], GOLD, 140))
             self.assertGreater(self.mouse.count(VERDICT, LOST), 50)

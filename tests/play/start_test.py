@@ -67,6 +67,23 @@ class Start(unittest.TestCase):
         code, errors = run_to_end(self.home, SDL_VIDEODRIVER="offscreen", OV_SHOT="/nonexistent/x.bmp", OV_FRAMES="1")
         self.assertEqual((code, errors), (0, NO_MUSIC))
 
+    def test_without_a_path_the_run_ends_without_a_picture(self):
+        self.be_plain()
+        code, errors = run_to_end(self.home, SDL_VIDEODRIVER="offscreen", OV_SHOT="", OV_FRAMES="2")
+        self.assertEqual((code, errors), (0, NO_MUSIC))
+
+    def test_a_view_is_held_to_the_map_on_a_screen_that_moves_no_camera(self):
+        self.be_plain()
+
+        def seen(focus):
+            run_to_end(self.home, SDL_VIDEODRIVER="offscreen", OV_SHOT=self.shot, OV_FRAMES="1",
+                       OV_STATE=f"screen=end,dist=100,focus={focus}")
+            return read_bmp(self.shot)
+
+        edge = seen("0:48")
+        self.assertLess(edge.difference(seen("30:48")), 0.1)  # still beyond what a window of 16 to 9 may look at
+        self.assertGreater(edge.difference(seen("36:48")), 1.0)
+
     def test_odd_variables_do_no_harm(self):
         self.be_plain()
         code, errors = run_to_end(self.home, SDL_VIDEODRIVER="offscreen", OV_SHOT=self.shot, OV_FRAMES="1",
@@ -85,9 +102,15 @@ class Start(unittest.TestCase):
     def test_an_unwritable_preference_folder_falls_back_to_the_working_folder(self):
         blocked = os.path.join(self.home, "file")
         open(blocked, "w").close()  # a file where a folder should be
-        code, errors = run_to_end(self.home, SDL_VIDEODRIVER="offscreen", XDG_DATA_HOME=blocked,
-                                  OV_SHOT=self.shot, OV_FRAMES="1")
+        settings = os.path.join(self.home, "settings.ini")
+        with open(settings, "w") as file:
+            file.write("resolution=0\nquality=0\n")
+        code, errors = run_to_end(self.home, SDL_VIDEODRIVER="offscreen", XDG_DATA_HOME=blocked, folder=self.home,
+                                  OV_SHOT=self.shot, OV_FRAMES="1", OV_DEMO="1", OV_STATE="tutorial=7")  # ends the tour
         self.assertEqual((code, errors), (0, NO_MUSIC))
+        self.assertEqual(read_bmp(self.shot).width, 1280)
+        with open(settings) as file:
+            self.assertIn("tutorialDone=1\n", file)
 
     def test_a_failed_start_shows_a_message_box_and_ends_with_one(self):
         with Screen() as screen:

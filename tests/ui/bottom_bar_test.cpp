@@ -93,6 +93,23 @@ TEST_F(BottomBarTest, ALongMessageWrapsAndLosesWhatDoesNotFitSilently) {
     EXPECT_LE(lowest + uiLineHeight(app.ui, 17), TOP + 8 + 68.5f);
 }
 
+TEST_F(BottomBarTest, AMessageWithoutAnyWidthIsNotDrawn) {
+    for (const int width : {714, 713, 640, 100, 1}) { // 390 to the left of it, 324 to the right
+        resize(width, 720);
+        app.statusTimer = 0.0f;
+        draw();
+        const size_t silent = texts().size();
+        say(STATUS_NO_MONEY_FOR_ROAD);
+        draw();
+        EXPECT_EQ(texts().size(), silent) << width;
+    }
+    resize(960, 1080); // as high windows have it: the scale is 1.5
+    draw();
+    const auto all = texts();
+    EXPECT_FALSE(
+        std::any_of(all.begin(), all.end(), [](const Label& text) { return text.rect.x == 585.0f; }));
+}
+
 TEST_F(BottomBarTest, NoLegendWithoutAnOverlay) {
     draw();
     EXPECT_FALSE(says("Low"));

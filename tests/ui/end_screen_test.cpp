@@ -52,6 +52,24 @@ TEST_F(EndScreenTest, AMetropolisMayBeBuiltOn) {
     EXPECT_EQ(app.screen, SCREEN_GAME);
 }
 
+TEST_F(EndScreenTest, ABankruptMetropolisIsNotCongratulatedAndHasNoWayBack) {
+    app.city.allMissionsDone = 1;
+    for (const uint8_t kept : {0, 1}) {
+        app.city.bankrupt = 1;
+        app.city.keepPlaying = kept;
+        draw();
+        EXPECT_TRUE(says("Your city went bankrupt"));
+        EXPECT_TRUE(says("The treasury stayed empty for too long."));
+        EXPECT_FALSE(says("Metropolis complete!"));
+        EXPECT_FALSE(says("Keep building"));
+        EXPECT_EQ(look(KEEP), NO_BUTTON);
+        EXPECT_EQ(look(NEW), PRIMARY);
+        click(KEEP);
+        EXPECT_EQ(app.screen, SCREEN_END);
+        EXPECT_EQ(app.city.keepPlaying, kept);
+    }
+}
+
 TEST_F(EndScreenTest, ANewCityStartsOver) {
     app.city.bankrupt = 1;
     click(NEW);
