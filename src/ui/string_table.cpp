@@ -49,7 +49,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "戻る",
     /* ar */ "رجوع",
     /* hi */ "वापस",
-    // 3 STR_CLOSE
+    // 3 STR_CLOSE: not drawn
     /* en */ "Close",
     /* pl */ "Zamknij",
     /* pt */ "Fechar",
@@ -64,7 +64,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "閉じる",
     /* ar */ "إغلاق",
     /* hi */ "बंद करें",
-    // 4 STR_ON
+    // 4 STR_ON: a state: of an option, and of a policy ("No trucks: On")
     /* en */ "On",
     /* pl */ "Wł.",
     /* pt */ "Ativado",
@@ -124,7 +124,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "いいえ",
     /* ar */ "لا",
     /* hi */ "नहीं",
-    // 8 STR_NORMAL
+    // 8 STR_NORMAL: the map without an overlay, and the middle tax of a district (146, 147)
     /* en */ "Normal",
     /* pl */ "Normalny",
     /* pt */ "Normal",
@@ -455,7 +455,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "音楽の音量",
     /* ar */ "مستوى صوت الموسيقى",
     /* hi */ "संगीत की आवाज़",
-    // 30 STR_EFFECTS_VOLUME
+    // 30 STR_EFFECTS_VOLUME: their volume; its button shows a percentage
     /* en */ "Sound effects",
     /* pl */ "Efekty dźwiękowe",
     /* pt */ "Efeitos sonoros",
@@ -501,7 +501,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ar */ "تتغير جميع النصوص فورا",
     /* hi */ "पूरा टेक्स्ट तुरंत बदल जाता है",
     // --- Top bar and mission bar
-    // 33 STR_MONEY
+    // 33 STR_MONEY: a read-out without a placeholder: the figure follows after a blank
     /* en */ "Money",
     /* pl */ "Kasa",
     /* pt */ "Caixa",
@@ -621,7 +621,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "予算",
     /* ar */ "الميزانية",
     /* hi */ "बजट",
-    // 41 STR_GOAL
+    // 41 STR_GOAL: not drawn
     /* en */ "Goal",
     /* pl */ "Cel",
     /* pt */ "Objetivo",
@@ -697,7 +697,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "最初の通り",
     /* ar */ "الشوارع الأولى",
     /* hi */ "पहली सड़कें",
-    // 46 STR_GOAL_1
+    // 46 STR_GOAL_1: cells are the squares of the map, here and in 86 to 88 and 177
     /* en */ "Build 20 road cells and zone 20 cells",
     /* pl */ "Zbuduj 20 pól dróg i wyznacz 20 pól stref",
     /* pt */ "Construa 20 células de via e marque 20 de zona",
@@ -847,7 +847,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "メトロポリス",
     /* ar */ "المدينة الكبرى",
     /* hi */ "महानगर",
-    // 56 STR_GOAL_6
+    // 56 STR_GOAL_6: never formatted: one percent sign, as the language writes it
     /* en */ "5000 citizens and 60% happiness",
     /* pl */ "5000 mieszkańców i 60% zadowolenia",
     /* pt */ "5000 cidadãos e 60% de felicidade",
@@ -1389,7 +1389,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ar */ "لا توجد لعبة محفوظة لتحميلها.",
     /* hi */ "लोड करने के लिए कोई सहेजा गया गेम नहीं है।",
     // --- Building kinds
-    // 92 STR_HOMES
+    // 92 STR_HOMES: one building: a title, and the word in 73 and 74
     /* en */ "Homes",
     /* pl */ "Dom mieszkalny",
     /* pt */ "Residência",
@@ -1404,7 +1404,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "住宅",
     /* ar */ "مبنى سكني",
     /* hi */ "घर",
-    // 93 STR_SHOPS
+    // 93 STR_SHOPS: one building, as 92
     /* en */ "Shops",
     /* pl */ "Sklep",
     /* pt */ "Loja",
@@ -1600,7 +1600,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ar */ "مضخة مياه",
     /* hi */ "पानी का पंप",
     // --- Tools
-    // 106 STR_RESIDENTIAL
+    // 106 STR_RESIDENTIAL: a zone and its demand; so are the three after it. 92 to 95 are their buildings
     /* en */ "Residential",
     /* pl */ "Mieszkania",
     /* pt */ "Residencial",
@@ -1720,7 +1720,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "地区%d",
     /* ar */ "الحي %d",
     /* hi */ "इलाका %d",
-    // 114 STR_CLEAR
+    // 114 STR_CLEAR: a tool: takes the district off the map, as 152 puts it on
     /* en */ "Clear",
     /* pl */ "Wymaż",
     /* pt */ "Apagar",
@@ -1736,7 +1736,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ar */ "مسح",
     /* hi */ "मिटाएँ",
     // --- Tool categories
-    // 115 STR_SELECT
+    // 115 STR_SELECT: a category of tools, as are the six after it
     /* en */ "Select",
     /* pl */ "Wybór",
     /* pt */ "Selecionar",
@@ -1781,7 +1781,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "区画",
     /* ar */ "المناطق",
     /* hi */ "ज़ोन",
-    // 118 STR_SERVICES
+    // 118 STR_SERVICES: the category of police, fire brigade, hospital, school and park
     /* en */ "Services",
     /* pl */ "Usługi",
     /* pt */ "Serviços",
@@ -1796,7 +1796,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "公共サービス",
     /* ar */ "الخدمات",
     /* hi */ "सेवाएँ",
-    // 119 STR_UTILITIES
+    // 119 STR_UTILITIES: the category of power plants and the pump; quoted in 263
     /* en */ "Utilities",
     /* pl */ "Media",
     /* pt */ "Abastecimento",
@@ -1842,7 +1842,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ar */ "هدم",
     /* hi */ "बुलडोज़र",
     // --- Overlays and panels
-    // 122 STR_TRAFFIC
+    // 122 STR_TRAFFIC: an overlay, and the caption of a meter ("Traffic 35%"); so are the four after it
     /* en */ "Traffic",
     /* pl */ "Ruch drogowy",
     /* pt */ "Trânsito",
@@ -1932,7 +1932,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "財政",
     /* ar */ "المالية",
     /* hi */ "हिसाब",
-    // 128 STR_STATISTICS
+    // 128 STR_STATISTICS: a button of the top bar, which has little room, and the title of its panel
     /* en */ "Statistics",
     /* pl */ "Statystyki",
     /* pt */ "Dados",
@@ -1978,7 +1978,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "サービス予算",
     /* ar */ "ميزانيات الخدمات",
     /* hi */ "सेवाओं का बजट",
-    // 131 STR_RESIDENTS
+    // 131 STR_RESIDENTS: not drawn
     /* en */ "Residents",
     /* pl */ "Mieszkańcy",
     /* pt */ "Moradores",
@@ -1993,7 +1993,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "住民",
     /* ar */ "السكان",
     /* hi */ "निवासी",
-    // 132 STR_INDUSTRY
+    // 132 STR_INDUSTRY: not drawn
     /* en */ "Industry",
     /* pl */ "Przemysł",
     /* pt */ "Indústria",
@@ -2008,7 +2008,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "工業",
     /* ar */ "الصناعة",
     /* hi */ "उद्योग",
-    // 133 STR_POLICE
+    // 133 STR_POLICE: what is paid for a service each day; so are the five after it
     /* en */ "Police",
     /* pl */ "Policja",
     /* pt */ "Polícia",
@@ -2083,7 +2083,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "公園",
     /* ar */ "الحدائق",
     /* hi */ "पार्क",
-    // 138 STR_TRANSIT
+    // 138 STR_TRANSIT: buses, the only public transport
     /* en */ "Transit",
     /* pl */ "Komunikacja",
     /* pt */ "Transporte",
@@ -2128,7 +2128,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "1日の支出",
     /* ar */ "النفقات اليومية",
     /* hi */ "दैनिक खर्च",
-    // 141 STR_BALANCE_PER_DAY
+    // 141 STR_BALANCE_PER_DAY: 139 less 140
     /* en */ "Balance per day",
     /* pl */ "Dzienny bilans",
     /* pt */ "Saldo diário",
@@ -2143,7 +2143,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "1日の収支",
     /* ar */ "الصافي اليومي",
     /* hi */ "दैनिक शेष",
-    // 142 STR_LAST_DAYS
+    // 142 STR_LAST_DAYS: under the chart of income and expenses
     /* en */ "Last %d days",
     /* pl */ "Dni na wykresie: %d",
     /* pt */ "Dias no gráfico: %d",
@@ -2188,7 +2188,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "支出",
     /* ar */ "النفقات",
     /* hi */ "खर्च",
-    // 145 STR_TAX
+    // 145 STR_TAX: of a district: 146, 8 or 147 stands on its button
     /* en */ "Tax",
     /* pl */ "Podatek",
     /* pt */ "Imposto",
@@ -2203,7 +2203,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "税率",
     /* ar */ "معدل الضريبة",
     /* hi */ "टैक्स",
-    // 146 STR_LOW
+    // 146 STR_LOW: a tax, and the end of a scale ("Traffic  Low ... High"); so is 147
     /* en */ "Low",
     /* pl */ "Niski",
     /* pt */ "Baixo",
@@ -2233,7 +2233,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "高",
     /* ar */ "مرتفع",
     /* hi */ "अधिक",
-    // 148 STR_SMOKE_FREE
+    // 148 STR_SMOKE_FREE: a policy: factories of the district smoke less; 149 and 150 are policies too
     /* en */ "Smoke-free",
     /* pl */ "Bez dymu",
     /* pt */ "Sem fumaça",
@@ -2279,7 +2279,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ar */ "النقل العام أولا",
     /* hi */ "जन परिवहन पहले",
     // --- Panels
-    // 151 STR_DISTRICT_HINT
+    // 151 STR_DISTRICT_HINT: the tool is the button of row 152
     /* en */ "Pick a district, then paint it with the District tool.",
     /* pl */ "Wybierz dzielnicę, a potem oznacz jej obszar narzędziem „Wyznacz”.",
     /* pt */ "Escolha um distrito e pinte-o com a ferramenta “Pintar”.",
@@ -2309,7 +2309,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "塗る",
     /* ar */ "رسم",
     /* hi */ "रंगें",
-    // 153 STR_CITIZENS
+    // 153 STR_CITIZENS: of the whole city; 170 counts the people of one house
     /* en */ "Citizens",
     /* pl */ "Ludność",
     /* pt */ "Cidadãos",
@@ -2414,7 +2414,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "公共交通の利用者",
     /* ar */ "ركاب النقل العام",
     /* hi */ "बस सवारियाँ",
-    // 160 STR_COMMUTERS
+    // 160 STR_COMMUTERS: a number of people on their way each day
     /* en */ "Commuters",
     /* pl */ "Dojeżdżający do pracy",
     /* pt */ "Viagens ao trabalho",
@@ -2475,7 +2475,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "状態",
     /* ar */ "الحالة",
     /* hi */ "हालत",
-    // 164 STR_WORKING
+    // 164 STR_WORKING: also said of homes and parks
     /* en */ "Working",
     /* pl */ "Działa",
     /* pt */ "Em funcionamento",
@@ -2610,7 +2610,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "地区",
     /* ar */ "الحي",
     /* hi */ "इलाका",
-    // 173 STR_NONE
+    // 173 STR_NONE: the value of "District", and the title of a cell with nothing on it
     /* en */ "None",
     /* pl */ "Nie przypisano",
     /* pt */ "Não atribuído",
@@ -2625,7 +2625,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "未指定",
     /* ar */ "غير محدد",
     /* hi */ "तय नहीं",
-    // 174 STR_ROAD
+    // 174 STR_ROAD: not drawn
     /* en */ "Road",
     /* pl */ "Droga",
     /* pt */ "Via",
@@ -2685,7 +2685,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "座標 %d, %d",
     /* ar */ "المربع: س %d، ص %d",
     /* hi */ "टाइल %d, %d",
-    // 178 STR_POWER_STATE
+    // 178 STR_POWER_STATE: followed by 6 or 7; so are 179 and 181
     /* en */ "Power: %s",
     /* pl */ "Prąd: %s",
     /* pt */ "Energia: %s",
@@ -2715,7 +2715,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "給水中：%s",
     /* ar */ "المياه: %s",
     /* hi */ "पानी: %s",
-    // 180 STR_ROAD_TYPE
+    // 180 STR_ROAD_TYPE: not drawn
     /* en */ "Type: %s",
     /* pl */ "Typ: %s",
     /* pt */ "Tipo: %s",
@@ -2806,7 +2806,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "ロード  [F9]",
     /* ar */ "تحميل اللعبة - F9",
     /* hi */ "गेम लोड करें  [F9]",
-    // 186 STR_QUIT_TO_TITLE
+    // 186 STR_QUIT_TO_TITLE: a button; the same screen as 193
     /* en */ "Quit to title",
     /* pl */ "Wyjdź do menu głównego",
     /* pt */ "Sair para o menu principal",
@@ -2927,7 +2927,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ar */ "شاشة البداية",
     /* hi */ "मुख्य मेन्यू",
     // --- The separate set-up program, which shares this table
-    // 194 STR_SETUP_TITLE
+    // 194 STR_SETUP_TITLE: the title of the window; 230 names the program
     /* en */ "Orlavane Setup",
     /* pl */ "Instalator Orlavane",
     /* pt */ "Instalação do Orlavane",
@@ -2972,7 +2972,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "このウィザードでは、現代都市をつくるゲーム「Orlavane」をこのコンピューターにインストールします。使用許諾契約の確認、インストール先の選択、ファイルのコピーの順に進みます。",
     /* ar */ "يثبت هذا المعالج Orlavane، وهي لعبة لبناء مدينة حديثة، على هذا الحاسوب. ستقرأ الترخيص، وتختار مكان اللعبة، وتتابع نسخ الملفات.",
     /* hi */ "यह विज़ार्ड इस कंप्यूटर पर आधुनिक शहर बसाने का गेम Orlavane इंस्टॉल करेगा। आप लाइसेंस पढ़ेंगे, गेम की जगह चुनेंगे और फ़ाइलें कॉपी होते देखेंगे।",
-    // 197 STR_SETUP_START_HINT
+    // 197 STR_SETUP_START_HINT: quotes the buttons 211 and 212
     /* en */ "Press Next to continue, or Cancel to leave without installing.",
     /* pl */ "Naciśnij „Dalej”, aby kontynuować, lub „Anuluj”, aby wyjść bez instalowania.",
     /* pt */ "Clique em “Avançar” para continuar ou em “Cancelar” para sair sem instalar.",
@@ -3077,7 +3077,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "必要な空き容量：約%.1f MB",
     /* ar */ "المساحة اللازمة: نحو %.1f ميغابايت",
     /* hi */ "गेम का आकार: लगभग %.1f एमबी",
-    // 204 STR_SETUP_INSTALL
+    // 204 STR_SETUP_INSTALL: a button, quoted in 236; 217 names the page
     /* en */ "Install",
     /* pl */ "Zainstaluj",
     /* pt */ "Instalar",
@@ -3212,7 +3212,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "キャンセル",
     /* ar */ "إلغاء",
     /* hi */ "रद्द करें",
-    // 213 STR_SETUP_FINISH
+    // 213 STR_SETUP_FINISH: both the last page, in a list with 214 to 217, and the button on it
     /* en */ "Finish",
     /* pl */ "Zakończ",
     /* pt */ "Concluir",
@@ -3227,7 +3227,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "完了",
     /* ar */ "إنهاء",
     /* hi */ "समाप्त",
-    // 214 STR_SETUP_STEP_WELCOME
+    // 214 STR_SETUP_STEP_WELCOME: the name of a page, as are the three after it
     /* en */ "Welcome",
     /* pl */ "Powitanie",
     /* pt */ "Boas-vindas",
@@ -3302,7 +3302,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "デスクトップにショートカットを作成",
     /* ar */ "إنشاء اختصار على سطح المكتب",
     /* hi */ "डेस्कटॉप पर शॉर्टकट बनाएँ",
-    // 219 STR_SETUP_START_MENU
+    // 219 STR_SETUP_START_MENU: a choice to tick, as are 218 and 220
     /* en */ "Add to the Start menu",
     /* pl */ "Dodaj do menu Start",
     /* pt */ "Adicionar ao menu Iniciar",
@@ -3332,7 +3332,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "セットアップ終了後にOrlavaneを起動",
     /* ar */ "تشغيل Orlavane عند إغلاق برنامج التثبيت",
     /* hi */ "सेटअप बंद होने पर Orlavane शुरू करें",
-    // 221 STR_SETUP_DISK_FULL
+    // 221 STR_SETUP_DISK_FULL: %s is the name of a file, here and in 223
     /* en */ "The disk is full or not writable while copying %s.",
     /* pl */ "Nie można skopiować pliku %s: dysk jest pełny lub chroniony przed zapisem.",
     /* pt */ "Não foi possível copiar %s: o disco está cheio ou protegido contra gravação.",
@@ -3347,7 +3347,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "%sをコピーできませんでした。ディスクの空き容量が足りないか、書き込みができません。",
     /* ar */ "تعذر نسخ %s لأن القرص ممتلئ أو لا يقبل الكتابة.",
     /* hi */ "%s कॉपी करते समय डिस्क भर गई या उस पर लिखा नहीं जा सका।",
-    // 222 STR_SETUP_NO_FOLDER
+    // 222 STR_SETUP_NO_FOLDER: the folder stands on the next line, here and in 223
     /* en */ "Could not create the folder:",
     /* pl */ "Nie udało się utworzyć folderu:",
     /* pt */ "Não foi possível criar a pasta:",
@@ -3500,7 +3500,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "使用許諾契約に同意します",
     /* ar */ "أوافق على هذه الشروط",
     /* hi */ "मुझे ये शर्तें मंज़ूर हैं",
-    // 232 STR_SETUP_DONE
+    // 232 STR_SETUP_DONE: a state of a file, as are 233 and 234
     /* en */ "Done",
     /* pl */ "Gotowe",
     /* pt */ "Pronto",
@@ -3515,7 +3515,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "完了",
     /* ar */ "تم",
     /* hi */ "हो गया",
-    // 233 STR_SETUP_STEP_COPYING
+    // 233 STR_SETUP_STEP_COPYING: a state, no command: being copied
     /* en */ "Copying",
     /* pl */ "Kopiowanie",
     /* pt */ "Copiando",
@@ -3545,7 +3545,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "待機中",
     /* ar */ "قيد الانتظار",
     /* hi */ "इंतज़ार",
-    // 235 STR_SETUP_KEEP_TOGETHER
+    // 235 STR_SETUP_KEEP_TOGETHER: said when the files are not beside the program
     /* en */ "Keep this setup program in the same folder as the game files and run it again.",
     /* pl */ "Umieść instalator w tym samym folderze co pliki gry i uruchom go ponownie.",
     /* pt */ "Coloque este instalador na mesma pasta dos arquivos do jogo e execute-o novamente.",
@@ -3560,7 +3560,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "このセットアッププログラムをゲームファイルと同じフォルダーに置いて、もう一度実行してください。",
     /* ar */ "ضع برنامج التثبيت هذا في مجلد ملفات اللعبة نفسه ثم شغله من جديد.",
     /* hi */ "इस सेटअप प्रोग्राम को गेम की फ़ाइलों वाले फ़ोल्डर में रखें और फिर से चलाएँ।",
-    // 236 STR_SETUP_CLOSE_GAME
+    // 236 STR_SETUP_CLOSE_GAME: quotes the buttons 2 and 204
     /* en */ "If the game is running, close it, press Back and then Install again.",
     /* pl */ "Jeśli gra jest uruchomiona, zamknij ją, naciśnij „Wstecz”, a potem ponownie „Zainstaluj”.",
     /* pt */ "Se o jogo estiver aberto, feche-o, clique em “Voltar” e depois, de novo, em “Instalar”.",
@@ -3621,7 +3621,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "最新バージョンです。",
     /* ar */ "لديك أحدث إصدار.",
     /* hi */ "आपके पास सबसे नया संस्करण है।",
-    // 240 STR_UPDATE_NEWER_TEXT
+    // 240 STR_UPDATE_NEWER_TEXT: quotes the button 246
     /* en */ "A new version %s is available. Click Update to get it.",
     /* pl */ "Dostępna jest nowa wersja %s. Kliknij „Aktualizuj”, aby ją pobrać.",
     /* pt */ "Nova versão %s disponível. Clique em “Atualizar”.",
@@ -3891,7 +3891,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "アンインストールはWindowsでのみ行えます。",
     /* ar */ "إلغاء التثبيت متاح على Windows فقط.",
     /* hi */ "अनइंस्टॉल की सुविधा केवल विंडोज़ पर है।",
-    // 258 STR_UPDATE_AVAILABLE
+    // 258 STR_UPDATE_AVAILABLE: a line on the title screen
     /* en */ "Update %s available",
     /* pl */ "Dostępna aktualizacja %s",
     /* pt */ "Atualização %s disponível",
@@ -3937,7 +3937,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "Orlavaneへようこそ！　この短いチュートリアルで、街づくりの始め方をご案内します。",
     /* ar */ "أهلا بك في Orlavane، ستريك هذه الجولة القصيرة كيف تبدأ بناء مدينتك.",
     /* hi */ "Orlavane में आपका स्वागत है! यह छोटा टूर दिखाएगा कि शहर बसाना कैसे शुरू करें।",
-    // 261 STR_TUTORIAL_2
+    // 261 STR_TUTORIAL_2: quotes the category 116
     /* en */ "Pick Roads, then drag the mouse across the map to draw a street.",
     /* pl */ "Wybierz „Drogi”, a potem przeciągnij myszą po mapie, aby wytyczyć ulicę.",
     /* pt */ "Escolha “Vias” e arraste o mouse pelo mapa para traçar uma rua.",
@@ -3967,7 +3967,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "通り沿いを区画に指定します。電力と水道が通ると、住宅や商店、オフィスビルが建ちます。",
     /* ar */ "خصص مناطق بجوار الشارع. ستنمو فيها المساكن والمتاجر والمكاتب متى توفرت لها الكهرباء والمياه.",
     /* hi */ "सड़क के किनारे ज़ोन बनाएँ। बिजली और पानी मिलने पर वहाँ घर, दुकानें और ऑफ़िस बनने लगेंगे।",
-    // 263 STR_TUTORIAL_4
+    // 263 STR_TUTORIAL_4: quotes the category 119
     /* en */ "The city needs power and water. Place a power plant and a pump from the Utilities category.",
     /* pl */ "Miasto potrzebuje prądu i wody. W kategorii „Media” wybierz elektrownię i pompownię, a potem postaw je na mapie.",
     /* pt */ "A cidade precisa de energia e água. Na categoria “Abastecimento”, escolha e posicione uma usina e uma bomba.",
@@ -4027,7 +4027,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "基本は以上です。健闘を祈ります、市長！",
     /* ar */ "هذه هي الأساسيات. بالتوفيق أيها العمدة!",
     /* hi */ "बस इतना ही। शुभकामनाएँ, मेयर!",
-    // 267 STR_TUTORIAL_NEXT
+    // 267 STR_TUTORIAL_NEXT: a button on the card of the tour, as are 268 and 269
     /* en */ "Next",
     /* pl */ "Dalej",
     /* pt */ "Avançar",
