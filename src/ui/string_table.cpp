@@ -2927,7 +2927,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ar */ "شاشة البداية",
     /* hi */ "मुख्य मेन्यू",
     // --- The separate set-up program, which shares this table
-    // 194 STR_SETUP_TITLE: the title of the window; 230 names the program
+    // 194 STR_SETUP_TITLE
     /* en */ "Orlavane Setup",
     /* pl */ "Instalator Orlavane",
     /* pt */ "Instalação do Orlavane",
@@ -3500,7 +3500,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* ja */ "使用許諾契約に同意します",
     /* ar */ "أوافق على هذه الشروط",
     /* hi */ "मुझे ये शर्तें मंज़ूर हैं",
-    // 232 STR_SETUP_DONE: a state of a file, as are 233 and 234
+    // 232 STR_SETUP_DONE: a state of the copying, as are 233 and 234
     /* en */ "Done",
     /* pl */ "Gotowe",
     /* pt */ "Pronto",

@@ -111,6 +111,13 @@ TEST(StringTable, NoTextBeginsOrEndsWithABlank) {
             }
 }
 
+TEST(StringTable, ThreeDotsAreOneCharacterInEveryTranslation) {
+    for (int id = 0; id < STRING_COUNT; id++)
+        for (int language = 1; language < LANGUAGE_COUNT; language++)
+            EXPECT_EQ(std::string(textOf(id, language)).find("..."), std::string::npos)
+                << placeOf(id, language);
+}
+
 TEST(StringTable, APlaceholderIsOfTheSameKindAndInTheSameOrderInEveryLanguage) {
     for (int id = 0; id < STRING_COUNT; id++)
         for (int language = 0; language < LANGUAGE_COUNT; language++) {
