@@ -19,7 +19,8 @@ struct Line {
 
 struct Paragraph {
     std::string text;
-    float size, width, height, gap;
+    float size, width, height;
+    float gap; // pixels
 };
 
 // Of the smallest and the largest windows, and of those that are common: 600, 720, 900 and 1080 high.
@@ -47,13 +48,19 @@ struct TextRoom : SpokenFonts {
         }
     }
 
-    void expectWhole(const Paragraph& paragraph, float scale) {
-        const int pixels = static_cast<int>(paragraph.size * scale);
-        const auto lines = fontsWrapText(fonts, paragraph.text.c_str(), pixels, paragraph.width * scale, 100);
-        const float gap = 2.0f * paragraph.gap;
-        const float step = static_cast<float>(fontsLineSkip(fonts, pixels, false)) + gap;
-        EXPECT_LE(static_cast<float>(lines.size()) * step - gap, paragraph.height * scale + 0.5f)
-            << paragraph.text;
+    const std::vector<std::string>& wrapped(const Paragraph& paragraph, float scale) {
+        return fontsWrapText(fonts, paragraph.text.c_str(), static_cast<int>(paragraph.size * scale),
+                             paragraph.width * scale, 100);
+    }
+
+    void expectWhole(const std::vector<Paragraph>& paragraphs, float scale) {
+        for (const Paragraph& paragraph : paragraphs) {
+            const int pixels = static_cast<int>(paragraph.size * scale);
+            const float gap = 2.0f * paragraph.gap;
+            const float step = static_cast<float>(fontsLineSkip(fonts, pixels, false)) + gap;
+            const auto count = static_cast<float>(wrapped(paragraph, scale).size());
+            EXPECT_LE(count * step - gap, paragraph.height * scale + 0.5f) << paragraph.text;
+        }
     }
 };
 
@@ -155,27 +162,86 @@ TEST_F(TextRoom, TheMissionEndsBeforeTheStatusLineBegins) {
     });
 }
 
+// --- Paragraphs
+
 // In the narrowest window that is common, four wide and three high.
-TEST_F(TextRoom, EveryMessageIsShownWhole) {
+static std::vector<Paragraph> statusMessages(float scale) {
     constexpr float WIDTH = 960.0f - (306.0f + 372.0f + 36.0f);
-    inEveryLanguageAndScale([&](float scale) {
-        StatusBuffer buffer;
-        for (int status = 1; status <= 35; status++) {
-            const bool namesABuilding = status == 21 || status == 28;
-            for (uint32_t kind = 0; kind < (namesABuilding ? 14u : 1u); kind++) {
-                const uint32_t argument = namesABuilding ? kind : 15000u;
-                expectWhole({statusText(status, argument, buffer), 17.0f, WIDTH, 68.0f, scale}, scale);
-            }
+    std::vector<Paragraph> messages;
+    StatusBuffer buffer;
+    for (int status = 1; status <= 35; status++) {
+        const bool namesABuilding = status == 21 || status == 28;
+        for (uint32_t kind = 0; kind < (namesABuilding ? 14u : 1u); kind++) {
+            const uint32_t argument = namesABuilding ? kind : 15000u;
+            messages.push_back({statusText(status, argument, buffer), 17.0f, WIDTH, 68.0f, scale});
         }
-    });
+    }
+    return messages;
+}
+
+static std::vector<Paragraph> panelHints(float scale) {
+    return {{tr(STR_DISTRICT_HINT), 15.0f, COLUMN, 80.0f, scale},
+            {tr(STR_INSPECTOR_HINT), 15.0f, COLUMN, 80.0f, scale}};
+}
+
+static std::vector<Paragraph> tutorialSteps(float scale) {
+    std::vector<Paragraph> steps;
+    for (int id = STR_TUTORIAL_1; id <= STR_TUTORIAL_7; id++)
+        steps.push_back({tr(id), 18.0f, 440.0f, 96.0f, scale});
+    return steps;
+}
+
+static std::vector<Paragraph> launcherTexts() {
+    std::vector<Paragraph> texts = {{tr(STR_DELETE_QUESTION), 22.0f, 568.0f, 150.0f, 1.0f},
+                                    {tr(STR_UNINSTALL_QUESTION), 22.0f, 568.0f, 150.0f, 1.0f}};
+    for (int id = STR_UPDATE_CHECKING_TEXT; id <= STR_UPDATE_FAILED_TEXT; id++) {
+        const std::string text = id == STR_UPDATE_NEWER_TEXT ? filled(id, "12.34.56") : tr(id);
+        texts.push_back({text, 18.0f, 560.0f, 60.0f, 1.0f});
+    }
+    return texts;
+}
+
+TEST_F(TextRoom, EveryMessageIsShownWhole) {
+    inEveryLanguageAndScale([&](float scale) { expectWhole(statusMessages(scale), scale); });
 }
 
 TEST_F(TextRoom, AHintOfThePanelIsShownWhole) {
-    inEveryLanguageAndScale([&](float scale) {
-        for (const int id : {STR_DISTRICT_HINT, STR_INSPECTOR_HINT})
-            expectWhole({tr(id), 15.0f, COLUMN, 80.0f, scale}, scale);
-    });
+    inEveryLanguageAndScale([&](float scale) { expectWhole(panelHints(scale), scale); });
 }
+
+TEST_F(TextRoom, AStepOfTheTutorialIsShownWholeOnItsCard) {
+    inEveryLanguageAndScale([&](float scale) { expectWhole(tutorialSteps(scale), scale); });
+}
+
+TEST_F(TextRoom, TheLauncherShowsItsParagraphsWhole) {
+    inEveryLanguageAndScale([&](float scale) { expectWhole(launcherTexts(), scale); });
+}
+
+static bool beginsWithClosingSign(const std::string& line) {
+    for (const char* sign : {"、", "。", "，", "．", "！", "？", "：", "；", "…",  "％",    "%",
+                             "’",  "”",  "）", ")",  "」", "』", "】", "》", "〉", "\u3000"})
+        if (line.starts_with(sign)) return true;
+    return false;
+}
+
+// Chinese and Japanese lines break between any two characters, so only their words can keep a sign from
+// standing alone in front.
+TEST_F(TextRoom, NoLineOfChineseOrJapaneseBeginsWithAClosingSign) {
+    for (const char* code : {"zh", "ja"}) {
+        speak(languageFromCode(code));
+        for (int windowHeight = 540; windowHeight <= 1440; windowHeight += 20) {
+            const float scale = static_cast<float>(windowHeight) / 720.0f;
+            for (const auto& paragraphs :
+                 {statusMessages(scale), panelHints(scale), tutorialSteps(scale), launcherTexts()})
+                for (const Paragraph& paragraph : paragraphs)
+                    for (const std::string& line : wrapped(paragraph, scale))
+                        EXPECT_FALSE(beginsWithClosingSign(line))
+                            << line << " of " << paragraph.text << " at " << windowHeight;
+        }
+    }
+}
+
+// --- Screens
 
 TEST_F(TextRoom, TheEndOfTheGameIsToldInsideItsPanel) {
     inEveryLanguageAndScale([&](float scale) {
@@ -208,14 +274,8 @@ TEST_F(TextRoom, TheMenusHoldTheirTitlesAndTheTitleScreenItsHints) {
     });
 }
 
-TEST_F(TextRoom, TheLauncherShowsItsTextsWhole) {
+TEST_F(TextRoom, TheLauncherShowsItsLinesWhole) {
     inEveryLanguageAndScale([&](float scale) {
-        for (int id = STR_UPDATE_CHECKING_TEXT; id <= STR_UPDATE_FAILED_TEXT; id++) {
-            const std::string text = id == STR_UPDATE_NEWER_TEXT ? filled(id, "12.34.56") : tr(id);
-            expectWhole({text, 18.0f, 560.0f, 60.0f, 1.0f}, scale);
-        }
-        for (const int id : {STR_DELETE_QUESTION, STR_UNINSTALL_QUESTION})
-            expectWhole({tr(id), 22.0f, 568.0f, 150.0f, 1.0f}, scale);
         expectRoom({{{filled(STR_VERSION_NAME, "12.34.56")}, 636.0f}, {{tr(STR_NO_GAME_FILES)}, 636.0f}},
                    18.0f, scale);
         expectRoom(
