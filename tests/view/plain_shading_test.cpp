@@ -27,7 +27,7 @@ static const Scene SCENES[] = {
     {"noon over the town",       {430, 110, 480}, {352, 10, 392}, 12.5f},
     {"the streets from above",   {352, 70, 400},  {352, 10, 388}, 9.5f},
     {"the low sun in the glass", {300, 30, 372},  {400, 34, 352}, 16.8f},
-    {"the lights of the night",  {390, 40, 450},  {350, 20, 392}, 23.0f},
+    {"the lights of the night",  {370, 40, 310},  {350, 22, 372}, 23.0f},
     {"rain",                     {250, 60, 470},  {352, 10, 392}, 11.0f, 1, AUTUMN_DAY, OVERLAY_NORMAL, 1024},
     {"winter, without shadows",  {420, 50, 330},  {352, 20, 388}, 14.0f, 0, WINTER_DAY, OVERLAY_NORMAL, 0},
     {"the sun over the lake",    {398, 15, 440},  {320, 12, 472}, 17.0f},
@@ -50,6 +50,8 @@ static City makeTown() {
         for (uint8_t level = 1; level <= (isGrownKind(kind) ? 3 : 1); level++, count++)
             addBuilding(city, 40 + count % 8, rows[count / 8], kind, level);
     addBuilding(city, 47, 50, KIND_HOMES, 3).progress = 0.4f;
+    for (int x = 40; x < 48; x++) addBuilding(city, x, 45, KIND_HOMES, 3); // many windows
+    addBuilding(city, 35, 49, KIND_OFFICE_TOWER, 2);                       // shades another in the evening
 
     for (int y = 54; y <= 62; y++)
         for (int x = 38; x <= 50; x++) {

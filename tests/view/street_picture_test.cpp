@@ -84,7 +84,7 @@ TEST_F(StreetPicture, NoDashesFlickerWhereTheCellsOfARoadMeet) {
         meshes.roadMesh.fingerprint = 0;
         marked += differentPixels(picture, draw(params));
     }
-    EXPECT_LE(marked, 4);
+    EXPECT_LE(marked, 4) << "a sample right on the rim may show one";
 }
 
 TEST_F(StreetPicture, AStreetThatIsRemovedLeavesThePictureOfBefore) {
