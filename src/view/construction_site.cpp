@@ -5,6 +5,7 @@
 #include <algorithm>
 
 constexpr Vec3 CRANE_YELLOW = {0.95f, 0.80f, 0.15f};
+constexpr float REBAR_HEIGHT = 1.1f; // over the core
 
 // Four thin boxes around the core, their upper edge at `top`.
 static void addFloorRing(MeshBuilder& builder, float halfX, float halfZ, float top) {
@@ -22,7 +23,7 @@ static void addCore(MeshBuilder& builder, float halfX, float halfZ, float finalH
     addPlainBox(builder, {-halfX, -0.4f, -halfZ}, {halfX, coreTop, halfZ}, CONCRETE);
     for (const float x : {-halfX + 0.3f, halfX - 0.3f})
         for (const float z : {-halfZ + 0.3f, halfZ - 0.3f})
-            addPost(builder, {x, coreTop, z}, coreTop + 1.1f, 0.16f, STEEL_GREY);
+            addPost(builder, {x, coreTop, z}, coreTop + REBAR_HEIGHT, 0.16f, STEEL_GREY);
 
     const float floorHeight = std::max(finalHeight * 0.125f, 3.2f);
     for (int floor = 1; static_cast<float>(floor) * floorHeight < coreTop - 0.6f; floor++)
@@ -77,18 +78,19 @@ static void addJib(MeshBuilder& builder, float bottom) {
     addPlainBox(builder, {1.4f, bottom - 0.8f, -0.4f}, {2.3f, bottom, 0.4f}, {0.25f, 0.25f, 0.27f});
 }
 
-// Around the mast. The load hangs level with the top of the core, and a hair higher, since it hangs over it.
+// Around the mast. The load hangs where it is seen: over the core, clear of the rebar, and it rises with both.
 static void addCrane(MeshBuilder& builder, float top, float coreTop) {
     const float jib = top - 0.9f;
     const float hookX = -5.4f;
-    const float loadTop = coreTop + 0.05f;
+    const float loadBottom = coreTop + REBAR_HEIGHT + 0.2f;
+    const float loadTop = loadBottom + 0.7f;
     addMast(builder, top);
     addJib(builder, jib);
     const Vec3 cab = {0.88f, 0.88f, 0.86f};
     addPlainBox(builder, {-0.45f, top - 2.4f, 0.35f}, {0.45f, top - 1.0f, 1.15f}, cab);
     addPlainBox(builder, {hookX - 0.2f, jib - 0.5f, -0.2f}, {hookX + 0.2f, jib - 0.05f, 0.2f}, STEEL_GREY);
     addPost(builder, {hookX, loadTop, 0.0f}, jib, 0.06f, STEEL_GREY);
-    addPlainBox(builder, {hookX - 0.5f, loadTop - 0.7f, -0.5f}, {hookX + 0.5f, loadTop, 0.5f},
+    addPlainBox(builder, {hookX - 0.5f, loadBottom, -0.5f}, {hookX + 0.5f, loadTop, 0.5f},
                 {0.62f, 0.46f, 0.30f});
     addPlainBox(builder, {-0.43f, top, -0.43f}, {0.43f, top + 0.1f, 0.43f}, CRANE_YELLOW);
     addWarningLamp(builder, {0.0f, top + 0.1f, 0.0f});

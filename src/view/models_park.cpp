@@ -30,7 +30,7 @@ static void addParkTree(MeshBuilder& builder, const Vec3& foot, float size, floa
                rounded ? 0.4f * size : 0.0f, 7, leaves, MATERIAL_TERRAIN, 0.0f);
 }
 
-// Five trees where chance puts them, but none on the pond and its path.
+// Five trees where chance puts them, but none on the pond and its path, nor in the flowers beyond them.
 static void addParkTrees(MeshBuilder& builder, const Lot& lot) {
     const uint32_t place = static_cast<uint32_t>(lot.x) * 1024u + static_cast<uint32_t>(lot.z);
     uint32_t drawn = 0;
@@ -45,7 +45,8 @@ static void addParkTrees(MeshBuilder& builder, const Lot& lot) {
         const float x = alongX * border;
         float z = alongZ * border;
         const bool onPond = x > -2.4f && x < 2.6f && z > -1.6f && z < 2.0f;
-        if (onPond) z = z > 0.2f ? border : -border;
+        const bool inFlowers = x > 2.0f && x < 3.8f && z > -0.8f && z < 1.0f;
+        if (onPond || inFlowers) z = z > 0.2f ? border : -border;
         addParkTree(builder, {x, YARD, z}, size, shape);
     }
 }
@@ -53,12 +54,13 @@ static void addParkTrees(MeshBuilder& builder, const Lot& lot) {
 void addPark(MeshBuilder& builder, const Lot& lot) {
     addYard(builder, {0.36f, 0.62f, 0.30f}, MATERIAL_TERRAIN);
     addFlatQuad(builder, -3.5f, 3.5f, -3.5f, 3.5f, YARD + 0.02f, {0.40f, 0.68f, 0.34f}, MATERIAL_TERRAIN);
-    addFlatQuad(builder, -2.4f, 2.6f, 1.2f, 2.0f, YARD + 0.04f, {0.72f, 0.70f, 0.66f}, MATERIAL_PLAIN);
-    addPond(builder, -2.4f, 0.2f, -1.6f, 1.0f);
+    addFlatQuad(builder, -2.2f, 2.4f, 1.25f, 1.8f, YARD + 0.04f, {0.72f, 0.70f, 0.66f}, MATERIAL_PLAIN);
+    addPond(builder, -2.2f, 0.2f, -1.4f, 1.0f);
     addFlatQuad(builder, 0.7f, 2.0f, -0.6f, 0.8f, YARD + 0.04f, {0.85f, 0.30f, 0.38f}, MATERIAL_PLAIN);
     addFlatQuad(builder, 2.2f, 3.6f, -0.6f, 0.8f, YARD + 0.04f, {0.92f, 0.78f, 0.25f}, MATERIAL_PLAIN);
-    addBench(builder, {0.9f, YARD, 1.55f});
-    addLampPost(builder, {-2.1f, YARD, 1.6f});
-    addLampPost(builder, {2.3f, YARD, 1.6f});
+    const float besidePath = 1.08f;
+    addBench(builder, {0.9f, YARD, besidePath});
+    addLampPost(builder, {-2.0f, YARD, besidePath});
+    addLampPost(builder, {2.1f, YARD, besidePath});
     addParkTrees(builder, lot);
 }

@@ -12,7 +12,7 @@ out vec3 vPos;
 out vec3 vNrm;
 out vec3 vCol;
 out vec3 vData;
-out vec2 vUV;
+centroid out vec2 vUV; // never a place past the rim of the surface: there a road has dashes
 out vec4 vLight;
 
 void main() {
@@ -31,7 +31,7 @@ in vec3 vPos;
 in vec3 vNrm;
 in vec3 vCol;
 in vec3 vData; // material, emissive, unused
-in vec2 vUV;
+centroid in vec2 vUV;
 in vec4 vLight;
 uniform vec3 uSunDir;
 uniform vec3 uSunCol;

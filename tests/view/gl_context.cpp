@@ -21,6 +21,8 @@ static bool openHiddenWindow() {
     SDL_GL_SetAttribute(SDL_GL_CONTEXT_MINOR_VERSION, 3);
     SDL_GL_SetAttribute(SDL_GL_CONTEXT_PROFILE_MASK, SDL_GL_CONTEXT_PROFILE_CORE);
     SDL_GL_SetAttribute(SDL_GL_DEPTH_SIZE, 24);
+    SDL_GL_SetAttribute(SDL_GL_MULTISAMPLEBUFFERS, 1);
+    SDL_GL_SetAttribute(SDL_GL_MULTISAMPLESAMPLES, 4);
     SDL_Window* window = SDL_CreateWindow("Orlavane tests", 0, 0, PICTURE_WIDTH, PICTURE_HEIGHT,
                                           SDL_WINDOW_OPENGL | SDL_WINDOW_HIDDEN);
 #ifdef _WIN32 // whose end waits for threads of the driver that it has ended before
@@ -37,11 +39,24 @@ void GlTest::SetUp() {
     ASSERT_TRUE(open) << SDL_GetError();
 }
 
+// A function that the game has no use for.
+#define GL_FUNCTION(name) reinterpret_cast<decltype(&::name)>(SDL_GL_GetProcAddress(#name))
+
+// By way of a texture, on a unit that nothing else uses: a copy is the mean of each pixel's samples, like the
+// picture on the screen, while some drivers read one sample alone.
 Picture readPicture(int width, int height) {
+    static const auto copyTexImage = GL_FUNCTION(glCopyTexImage2D);
+    static const auto getTexImage = GL_FUNCTION(glGetTexImage);
     Picture picture{width, height, std::vector<uint8_t>(static_cast<size_t>(width) * height * 4)};
+    uint32_t texture = 0;
+    gl.GenTextures(1, &texture);
+    gl.ActiveTexture(GL_TEXTURE7);
+    gl.BindTexture(GL_TEXTURE_2D, texture);
     gl.BindFramebuffer(GL_FRAMEBUFFER, 0);
-    gl.PixelStorei(GL_PACK_ALIGNMENT, 1);
-    gl.ReadPixels(0, 0, width, height, GL_RGBA, GL_UNSIGNED_BYTE, picture.rgba.data());
+    copyTexImage(GL_TEXTURE_2D, 0, GL_RGBA8, 0, 0, width, height, 0);
+    getTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, picture.rgba.data());
+    gl.DeleteTextures(1, &texture);
+    gl.ActiveTexture(GL_TEXTURE0);
     return picture;
 }
 
@@ -52,6 +67,18 @@ Vec3 pixelAt(const Picture& picture, int x, int y) {
     const uint8_t* pixel = &picture.rgba[(static_cast<size_t>(y) * picture.width + x) * 4];
     return Vec3{static_cast<float>(pixel[0]), static_cast<float>(pixel[1]), static_cast<float>(pixel[2])} *
            (1.0f / 255.0f);
+}
+
+int differentPixels(const Picture& a, const Picture& b, int tolerance) {
+    EXPECT_EQ(a.rgba.size(), b.rgba.size());
+    int count = 0;
+    for (size_t pixel = 0; pixel < a.rgba.size(); pixel += 4) {
+        int difference = 0;
+        for (size_t i = pixel; i < pixel + 4; i++)
+            difference = std::max(difference, std::abs(a.rgba[i] - b.rgba[i]));
+        count += difference > tolerance;
+    }
+    return count;
 }
 
 void writePicture(const Picture& picture, const std::string& path) {

@@ -12,7 +12,8 @@
 constexpr int PICTURE_WIDTH = 320; // pixels of the default framebuffer
 constexpr int PICTURE_HEIGHT = 200;
 
-// Opens the hidden window once per process, makes its context current and loads the function table.
+// Opens the hidden window once per process, makes its context current and loads the function table. A pixel
+// has four samples, as the player's has.
 class GlTest : public testing::Test {
 protected:
     void SetUp() override;
@@ -28,6 +29,9 @@ struct Picture {
 Picture readPicture(int width = PICTURE_WIDTH, int height = PICTURE_HEIGHT);
 // Channels 0 to 1; y counts from the bottom.
 Vec3 pixelAt(const Picture& picture, int x, int y);
+// How many pixels of two pictures of one size have a channel that is more than `tolerance` steps of 8 bits
+// apart.
+int differentPixels(const Picture& a, const Picture& b, int tolerance = 0);
 // A binary PPM, for a human eye.
 void writePicture(const Picture& picture, const std::string& path);
 

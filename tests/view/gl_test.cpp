@@ -134,3 +134,9 @@ TEST_F(GlTest, ARealDriverHasAllFunctions) {
     EXPECT_TRUE(loadGlFunctions());
     EXPECT_NE(gl.ReadPixels, nullptr);
 }
+
+TEST_F(GlTest, APixelHasFourSamplesAsInTheGame) {
+    int samples = 0;
+    EXPECT_EQ(SDL_GL_GetAttribute(SDL_GL_MULTISAMPLESAMPLES, &samples), 0) << SDL_GetError();
+    EXPECT_EQ(samples, 4);
+}

@@ -205,20 +205,25 @@ TEST(BusDepot, StaysInItsFootprintAndIsAboutFiveHigh) {
     expectNear(bounds.max, {3.2f, 5.85f, 3.2f});
 }
 
+static const Vec3 PATH = {0.72f, 0.70f, 0.66f};
+static const Vec3 POND = {0.20f, 0.44f, 0.58f};
+static const Vec3 RED_BED = {0.85f, 0.30f, 0.38f};
+static const Vec3 YELLOW_BED = {0.92f, 0.78f, 0.25f};
+static const Vec3 BENCH_WOOD = {0.55f, 0.38f, 0.24f};
+
 TEST(Park, LawnPathPondAndBedsLieOverOneAnother) {
     const MeshBuilder mesh = draw(addPark);
     EXPECT_TRUE(hasFlatQuad(mesh, -4, 4, -4, 4, 0.72f, {0.36f, 0.62f, 0.30f}, MATERIAL_TERRAIN));
     EXPECT_TRUE(hasFlatQuad(mesh, -3.5f, 3.5f, -3.5f, 3.5f, 0.74f, {0.40f, 0.68f, 0.34f}, MATERIAL_TERRAIN));
-    EXPECT_TRUE(hasFlatQuad(mesh, 2.2f, 3.6f, -0.6f, 0.8f, 0.76f, {0.92f, 0.78f, 0.25f}, MATERIAL_PLAIN));
-    for (const Vec3& colour :
-         {Vec3{0.72f, 0.70f, 0.66f}, Vec3{0.85f, 0.30f, 0.38f}, Vec3{0.20f, 0.44f, 0.58f}})
+    EXPECT_TRUE(hasFlatQuad(mesh, 2.2f, 3.6f, -0.6f, 0.8f, 0.76f, YELLOW_BED, MATERIAL_PLAIN));
+    for (const Vec3& colour : {PATH, RED_BED, POND})
         EXPECT_GT(boundsOf(verticesOfColour(mesh, colour)).min.y, 0.75f);
     EXPECT_EQ(boundsOf(mesh).min.y, 0.72f) << "nothing of a park is sunk";
 }
 
 TEST(Park, ThePondHasARimOfFourBoxesAndAFountain) {
     const MeshBuilder mesh = draw(addPark);
-    const Bounds pond = boundsOf(verticesOfColour(mesh, {0.20f, 0.44f, 0.58f}));
+    const Bounds pond = boundsOf(verticesOfColour(mesh, POND));
     const MeshBuilder stone = verticesOfColour(mesh, {0.62f, 0.61f, 0.58f});
     EXPECT_EQ(stone.size(), 4u * 30u + 8u * 9u) << "rim and basin";
     const Bounds rim = boundsOf(MeshBuilder(stone.begin(), stone.begin() + 120));
@@ -238,9 +243,35 @@ TEST(Park, TwoLampPostsGlow) {
 
 TEST(Park, TheBenchIsFourBoxes) {
     const MeshBuilder mesh = draw(addPark);
-    EXPECT_EQ(verticesOfColour(mesh, {0.55f, 0.38f, 0.24f}).size(), 60u) << "seat and back";
-    const Bounds seat = boundsOf(verticesOfColour(mesh, {0.55f, 0.38f, 0.24f}));
+    EXPECT_EQ(verticesOfColour(mesh, BENCH_WOOD).size(), 60u) << "seat and back";
+    const Bounds seat = boundsOf(verticesOfColour(mesh, BENCH_WOOD));
     EXPECT_NEAR((seat.min.x + seat.max.x) / 2.0f, 0.9f, 1e-5f);
+}
+
+// Whether two pieces share any ground.
+static bool overlap(const Bounds& a, const Bounds& b) {
+    return a.min.x < b.max.x && b.min.x < a.max.x && a.min.z < b.max.z && b.min.z < a.max.z;
+}
+
+// Path, pond and the two flower beds, which nothing stands in.
+static std::vector<Bounds> freeGround(const MeshBuilder& park) {
+    std::vector<Bounds> pieces;
+    for (const Vec3& colour : {PATH, POND, RED_BED, YELLOW_BED})
+        pieces.push_back(boundsOf(verticesOfColour(park, colour)));
+    return pieces;
+}
+
+TEST(Park, BenchAndLampPostsStandBesideThePath) {
+    const MeshBuilder mesh = draw(addPark);
+    const Bounds path = boundsOf(verticesOfColour(mesh, PATH));
+    std::vector<Bounds> furniture = {boundsOf(verticesOfColour(mesh, BENCH_WOOD))};
+    for (const Vec3& lamp : lampsOf(mesh))
+        furniture.push_back({lamp - Vec3{0.06f, 0, 0.06f}, lamp + Vec3{0.06f, 0, 0.06f}}); // its post
+    for (const Bounds& piece : furniture) {
+        for (const Bounds& ground : freeGround(mesh)) EXPECT_FALSE(overlap(piece, ground)) << piece.min.x;
+        EXPECT_LT(path.min.z - piece.max.z, 0.3f);
+        EXPECT_TRUE(path.min.x < piece.min.x && piece.max.x < path.max.x);
+    }
 }
 
 // The trunks of a park's trees.
@@ -259,7 +290,7 @@ static Lot parkLot(int x, int y) {
     return lot;
 }
 
-TEST(Park, FiveTreesStandClearOfPondAndPathAndReachNoNeighboursWall) {
+TEST(Park, FiveTreesStandClearOfPondPathAndFlowersAndReachNoNeighboursWall) {
     for (int x = 0; x < 96; x += 7)
         for (int y = 0; y < 96; y += 5) {
             const MeshBuilder mesh = draw(addPark, parkLot(x, y));
@@ -268,6 +299,8 @@ TEST(Park, FiveTreesStandClearOfPondAndPathAndReachNoNeighboursWall) {
             for (const Bounds& trunk : trunks) {
                 const Vec3 middle = (trunk.min + trunk.max) * 0.5f;
                 EXPECT_FALSE(middle.x > -2.4f && middle.x < 2.6f && middle.z > -1.6f && middle.z < 2.0f);
+                for (const Bounds& ground : freeGround(mesh))
+                    EXPECT_FALSE(overlap(trunk, ground)) << x << ", " << y;
                 EXPECT_NEAR(trunk.max.x - trunk.min.x, 0.4f, 1e-4f);
                 EXPECT_NEAR(trunk.min.y, 0.72f, 1e-4f);
             }

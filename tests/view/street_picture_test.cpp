@@ -2,6 +2,7 @@
 #include "sim/city_helpers.h"
 #include "view/hover.h"
 #include "view/rebuild.h"
+#include "view/road_mesh.h"
 #include "view/shading.h"
 #include "view/street_life_mesh.h"
 
@@ -65,6 +66,25 @@ TEST_F(StreetPicture, AStreetIsGreyOnGreenLand) {
         EXPECT_TRUE(isGreenish(cellColour(x, 49))) << x;
     }
     EXPECT_TRUE(isGreenish(cellColour(53, 48)));
+}
+
+// Beyond its end a cell of road would have a mark, so that a pixel which its rim cuts must not be shaded
+// there.
+TEST_F(StreetPicture, NoDashesFlickerWhereTheCellsOfARoadMeet) {
+    layRoads(city, 48, 30, 48, 60);
+    MeshBuilder unmarked; // every place on a cell is its start
+    buildRoadMesh(unmarked, city, OVERLAY_NORMAL);
+    for (Vertex& vertex : unmarked) vertex.v = 0.0f;
+
+    int marked = 0;
+    for (const Vec3& eye : {OVERVIEW, Vec3{300, 30, 380}, {388, 90, 520}, {520, 45, 400}, {470, 140, 330}}) {
+        city.roadsDirty = 1;
+        look(eye);
+        uploadMesh(meshes.roadMesh, unmarked, false);
+        meshes.roadMesh.fingerprint = 0;
+        marked += differentPixels(picture, draw(params));
+    }
+    EXPECT_LE(marked, 4) << "a sample right on the rim may show one";
 }
 
 TEST_F(StreetPicture, AStreetThatIsRemovedLeavesThePictureOfBefore) {
