@@ -4,12 +4,17 @@
 #include <new>
 
 static thread_local uint64_t count = 0;
+static thread_local size_t largest = SIZE_MAX; // that is granted
 
 uint64_t allocationCount() { return count; }
 
+LittleMemory::LittleMemory(size_t bytes) { largest = bytes; }
+LittleMemory::~LittleMemory() { largest = SIZE_MAX; }
+
 void* operator new(size_t size) {
     count++;
-    if (void* memory = std::malloc(size != 0 ? size : 1)) return memory;
+    void* memory = size <= largest ? std::malloc(size != 0 ? size : 1) : nullptr;
+    if (memory) return memory;
     throw std::bad_alloc();
 }
 

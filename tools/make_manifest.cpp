@@ -32,6 +32,13 @@ static bool isDate(const std::string& text) {
     return true;
 }
 
+// What an address holds as it stands. Of anything else a server may make another name, and then no game gets
+// the file.
+static bool isFetchableName(const std::string& name) {
+    const char* letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789._-";
+    return name.find_first_not_of(letters) == std::string::npos;
+}
+
 // Under another name first: whoever asks the server meanwhile gets the old one or the new one, and never a
 // part.
 static bool writeWhole(const std::string& path, const std::string& text) {
@@ -60,11 +67,14 @@ int main(int argc, char** argv) {
 
     std::error_code error;
     if (!isDate(manifest.date)) return refuse(manifest.date, "is no date of the form 2026-10-30");
+    if (!isFetchableName(manifest.file))
+        return refuse(setup, "has a name that not every game could fetch: only letters, digits, \".\", \"_\" "
+                             "and \"-\" stand in an address as they are");
     const uintmax_t size = fs::file_size(nativePath(setup), error);
     if (!error && size > HttpOptions().fileLimit) return refuse(setup, "is longer than the game will fetch");
     if (error || !sha256File(setup, manifest.sha256)) return refuse(setup, "cannot be read");
     std::string text;
-    if (!formatManifest(manifest, text)) return refuse(path, "cannot hold that version or that file name");
+    if (!formatManifest(manifest, text)) return refuse(path, "cannot hold that version");
     if (!writeWhole(path, text)) return refuse(path, "cannot be written");
     std::fputs(text.c_str(), stdout);
     return 0;

@@ -7,36 +7,86 @@
 #include <climits>
 #include <cstdio>
 #include <filesystem>
+#include <new>
 
 constexpr float FADE_TIME = 1.2f;                        // seconds
 constexpr float SAMPLE_UNIT = 3.0517578e-05f;            // 1/32768
 constexpr uint64_t CONSUMED_FRAMES_KEPT = 8192;          // before they are removed in one move
 constexpr uint64_t LARGEST_TRACK = INT_MAX - TRACK_TAIL; // the decoder counts bytes in an int
+constexpr uint64_t LARGEST_FRAME = 4096;                 // in bytes; no header says more than 2881
+
+// --- The decoder
+// -------------------------------------------------------------------------------------------------
+
+// One frame of sound, or none where the decoder passed over what it did not understand.
+struct Frame {
+    mp3d_sample_t samples[MINIMP3_MAX_SAMPLES_PER_FRAME];
+    mp3dec_frame_info_t info = {};
+    int count = 0; // of samples for each channel
+};
+
+// Decodes what comes next in the track and moves the position behind it, to the track's end if there is
+// nothing more.
+static void decodeAt(mp3dec_t& decoder, const MusicTrack& track, uint64_t& position, Frame& frame) {
+    frame.info = {};
+    frame.count = mp3dec_decode_frame(&decoder, track.bytes.data() + position,
+                                      static_cast<int>(track.size - position), frame.samples, &frame.info);
+    if (frame.info.channels <= 0) frame.count = 0; // a tag
+    position =
+        frame.info.frame_bytes == 0 ? track.size : position + static_cast<uint64_t>(frame.info.frame_bytes);
+}
+
+// Where a fresh decoder may begin to come to the same first sound as from the track's begin. What it knows of
+// earlier frames must not be lost: only where it has forgotten them itself does it begin later.
+static uint64_t findStart(const MusicTrack& track) {
+    mp3dec_t decoder = {};
+    Frame frame;
+    uint64_t start = 0;
+    for (uint64_t position = 0; position < track.size;) {
+        const uint64_t before = position;
+        decodeAt(decoder, track, position, frame);
+        // Further than a frame: it has searched, and forgotten. The frame that it found ends here.
+        if (position - before > LARGEST_FRAME) start = position - LARGEST_FRAME;
+        if (frame.count > 0) return start;
+        if (decoder.header[0] == 0) start = position; // it has given up on what it found
+    }
+    return track.size;
+}
 
 // --- The folder
 // ------------------------------------------------------------------------------------------------
+
+static bool makeRoom(std::vector<uint8_t>& bytes, uint64_t size) {
+    try {
+        bytes.assign(size, 0);
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+    return true;
+}
 
 static bool readTrack(const std::string& path, MusicTrack& track) {
     // Asked of the path, because opening a pipe would wait for its writer: only plain files have a size.
     std::error_code error;
     const std::filesystem::path utf8 = std::u8string(path.begin(), path.end());
     const uint64_t size = std::filesystem::file_size(utf8, error);
-    if (error || size > LARGEST_TRACK) return false;
+    if (error || size > LARGEST_TRACK || !makeRoom(track.bytes, size + TRACK_TAIL)) return false;
     std::FILE* file = std::fopen(path.c_str(), "rb");
     if (!file) return false;
 
     track.size = size;
-    track.bytes.assign(size + TRACK_TAIL, 0);
     const bool complete = std::fread(track.bytes.data(), 1, size, file) == size;
     std::fclose(file);
     return complete;
 }
 
 bool musicScan(MusicPlayer& player, const std::string& basePath, std::string* log) {
+    player.active = false; // its track goes
     player.tracks.clear();
     for (int number = 1; number <= LARGEST_TRACK_NUMBER; number++) {
         MusicTrack track;
         if (!readTrack(basePath + "music" + std::to_string(number) + ".mp3", track)) break;
+        track.start = findStart(track);
         player.tracks.push_back(std::move(track));
     }
 
@@ -46,34 +96,27 @@ bool musicScan(MusicPlayer& player, const std::string& basePath, std::string* lo
     return count > 0;
 }
 
-// --- Decoding
-// --------------------------------------------------------------------------------------------------
+// --- Decoded samples
+// ---------------------------------------------------------------------------------------------
 
-static void appendSamples(std::vector<float>& pcm, const mp3d_sample_t* samples, int frames, int channels) {
+static void appendSamples(std::vector<float>& pcm, const Frame& frame) {
+    const int channels = frame.info.channels;
     const int right = channels > 1 ? 1 : 0;
-    for (int i = 0; i < frames; i++) {
-        pcm.push_back(static_cast<float>(samples[i * channels]) * SAMPLE_UNIT);
-        pcm.push_back(static_cast<float>(samples[i * channels + right]) * SAMPLE_UNIT);
+    for (int i = 0; i < frame.count; i++) {
+        pcm.push_back(static_cast<float>(frame.samples[i * channels]) * SAMPLE_UNIT);
+        pcm.push_back(static_cast<float>(frame.samples[i * channels + right]) * SAMPLE_UNIT);
     }
 }
 
 // Appends the next audio frame of the track to pcm. False at its end.
 static bool decodeFrame(MusicPlayer& player) {
     const MusicTrack& track = player.tracks[player.trackIndex];
+    Frame frame;
     while (player.filePos < track.size) {
-        mp3dec_frame_info_t info = {};
-        mp3d_sample_t samples[MINIMP3_MAX_SAMPLES_PER_FRAME];
-        const int frames = mp3dec_decode_frame(&player.decoder, track.bytes.data() + player.filePos,
-                                               static_cast<int>(track.size - player.filePos), samples, &info);
-        if (info.frame_bytes == 0) {
-            player.filePos = track.size;
-            return false;
-        }
-        player.filePos += static_cast<uint64_t>(info.frame_bytes);
-        if (frames <= 0 || info.channels <= 0) continue; // a tag, or what no decoder understands
-
-        player.step = info.hz < 1 ? 1.0 : info.hz / static_cast<double>(SAMPLE_RATE);
-        appendSamples(player.pcm, samples, frames, info.channels);
+        decodeAt(player.decoder, track, player.filePos, frame);
+        if (frame.count <= 0) continue;
+        player.step = frame.info.hz < 1 ? 1.0 : frame.info.hz / static_cast<double>(SAMPLE_RATE);
+        appendSamples(player.pcm, frame);
         return true;
     }
     return false;
@@ -104,7 +147,7 @@ static bool openTrack(MusicPlayer& player, size_t index) {
     player.openCount++;
     mp3dec_init(&player.decoder);
     player.trackIndex = static_cast<uint32_t>(index);
-    player.filePos = 0;
+    player.filePos = player.tracks[index].start;
     player.pcm.clear();
     player.readFrame = 0;
     player.readFrac = 0.0;

@@ -22,6 +22,9 @@ enum MusicMode : int32_t {
 struct MusicTrack {
     std::vector<uint8_t> bytes; // the file, then TRACK_TAIL zeros
     uint64_t size = 0;          // of the file
+    // Where decoding begins: not far before the first frame that can be heard, or `size` if there is none.
+    // What lies before is searched once, by the scan, and not in the callback.
+    uint64_t start = 0;
 };
 
 struct MusicPlayer {
@@ -39,8 +42,9 @@ struct MusicPlayer {
     float fadeClock = 0.0f; // seconds since the track began
 };
 
-// Replaces the tracks by music1.mp3 to music16.mp3 of the folder, whose path ends with a separator; the first
-// number that cannot be read ends the list. True if there is any. `log` may be null.
+// Stops the player and replaces the tracks by music1.mp3 to music16.mp3 of the folder, whose path ends with a
+// separator; the first number that cannot be read, or that memory has no room for, ends the list. True if
+// there is any. `log` may be null.
 bool musicScan(MusicPlayer& player, const std::string& basePath, std::string* log);
 
 // Another mode starts over at the first track.

@@ -3,6 +3,7 @@
 #include "maintenance/platform.h"
 
 #include "maintenance/files.h"
+#include "maintenance/http_limits.h"
 
 #include <algorithm>
 #include <chrono>
@@ -90,6 +91,7 @@ struct Transfer {
     std::string* body;
     const std::string& filePath;
     const HttpOptions& options;
+    const long timeLeftMs; // 0 for no end
 
     bool accepted = false; // the answer has status 200, and what follows is its content
     std::FILE* file = nullptr;
@@ -122,6 +124,13 @@ static int onProgress(void* data, curl_off_t, curl_off_t, curl_off_t, curl_off_t
            Clock::now() - transfer.lastData >= std::chrono::milliseconds(transfer.options.timeoutMs);
 }
 
+static uint64_t statedLength(const Transfer& transfer) {
+    curl_header* length = nullptr;
+    if (transfer.curl.header(transfer.handle, "Content-Length", 0, CURLH_HEADER, -1, &length) != CURLHE_OK)
+        return 0;
+    return readLength(length->value);
+}
+
 // Once for each line. Less than its size ends the transfer: of an answer that is not 200 nothing is read.
 static size_t onHeaderLine(char* line, size_t, size_t size, void* data) {
     Transfer& transfer = *static_cast<Transfer*>(data);
@@ -134,6 +143,7 @@ static size_t onHeaderLine(char* line, size_t, size_t size, void* data) {
     if (status != 200) return 0;
 
     transfer.accepted = true;
+    if (statedLength(transfer) > lengthLimit(transfer.options, transfer.body)) return 0;
     if (transfer.filePath.empty()) return size;
     transfer.file = createFile(transfer.filePath);
     return transfer.file ? size : 0;
@@ -143,11 +153,8 @@ static size_t onContent(char* bytes, size_t, size_t size, void* data) {
     Transfer& transfer = *static_cast<Transfer*>(data);
     noteData(transfer);
     transfer.contentSize += size;
-    if (transfer.contentSize > transfer.options.fileLimit) return 0;
-    if (transfer.body) {
-        transfer.body->append(bytes, size);
-        if (transfer.body->size() > HTTP_BODY_LIMIT) return 0;
-    }
+    if (transfer.contentSize > lengthLimit(transfer.options, transfer.body)) return 0;
+    if (transfer.body) transfer.body->append(bytes, size);
     return transfer.file ? std::fwrite(bytes, 1, size, transfer.file) : size;
 }
 
@@ -162,6 +169,7 @@ static void setTransferOptions(Transfer& transfer, const std::string& url, const
     set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L); // a proxy's
     set(CURLOPT_NOSIGNAL, 1L);                 // we are one thread of several
     set(CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(transfer.options.timeoutMs));
+    set(CURLOPT_TIMEOUT_MS, transfer.timeLeftMs);
     if (!transfer.options.certificates.empty()) set(CURLOPT_CAINFO, transfer.options.certificates.c_str());
 
     set(CURLOPT_PREREQFUNCTION, onConnected);
@@ -218,6 +226,13 @@ struct PipeSignalBlocked {
     PipeSignalBlocked& operator=(const PipeSignalBlocked&) = delete;
 };
 
+// What is left of the time that began at `start`, in milliseconds: 0 without a limit, and never with one.
+static long timeLeft(const HttpOptions& options, Clock::time_point start) {
+    if (options.totalMs == 0) return 0;
+    const auto gone = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start);
+    return std::max(1l, static_cast<long>(options.totalMs - gone.count()));
+}
+
 bool httpFetch(const std::string& url, std::string* body, const std::string& filePath,
                const HttpOptions& options) {
     CurlLibrary curl;
@@ -230,9 +245,10 @@ bool httpFetch(const std::string& url, std::string* body, const std::string& fil
         curl.freeLines);
     if (!handle || !headers) return false;
 
+    const Clock::time_point start = Clock::now();
     std::string address = resolveUrl(curl, "", url);
     for (int hop = 0; hop <= LONGEST_REDIRECTION && !address.empty(); hop++) {
-        Transfer transfer = {curl, handle.get(), body, filePath, options};
+        Transfer transfer = {curl, handle.get(), body, filePath, options, timeLeft(options, start)};
         if (fetchOnce(transfer, address, headers.get())) return true;
     }
     return false;

@@ -11,7 +11,8 @@ extern const char* const EXECUTABLE_NAME;
 // The characters that part the folders of a path.
 extern const char* const PATH_SEPARATORS;
 
-// A file of that name in the temporary folder.
+// A file of that name in the temporary folder; on Linux, where that is everybody's, in a folder inside it
+// that is the player's alone and is made for it. Empty if there can be none.
 std::string temporaryPath(const std::string& name);
 
 // Opens a new file for writing, in place of an earlier file or link but of nothing else. What stood there is
@@ -24,12 +25,13 @@ std::FILE* createFile(const std::string& path);
 bool shellOpen(const std::string& path, bool hidden);
 
 // Starts the script that removes the game's folder and its shortcuts once the game has ended. False if
-// nothing has begun.
+// nothing has begun, as in a folder that the player may not remove.
 bool startRemoval(const std::string& exeDir);
 
 // How far httpFetch goes. The defaults are the game's; tests are less patient.
 struct HttpOptions {
     int timeoutMs = 10000; // to connect, and then without any data
+    int totalMs = 0;       // for the answer and all that leads to it, however much comes; 0 for no end
     uint64_t fileLimit = 512 * 1024 * 1024;
     std::string certificates; // a file with the authorities to trust, empty for the system's
 };

@@ -6,6 +6,7 @@
 #include <SDL_thread.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <memory>
 #include <vector>
 
@@ -14,6 +15,8 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+namespace fs = std::filesystem;
 
 const char* const EXECUTABLE_NAME = "Orlavane";
 const char* const PATH_SEPARATORS = "/";
@@ -30,9 +33,26 @@ static std::string variable(const char* name) {
     return value ? value : "";
 }
 
+// Not a link to one: it could lead elsewhere tomorrow.
+static bool isOwnFolder(const std::string& path) {
+    struct stat status;
+    return lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == geteuid() &&
+           (status.st_mode & 07777) == 0700;
+}
+
+// A folder that nobody else can read or write, always the same one if it can be had. Whatever another user
+// has put in its place, there is a name that is free. Empty if there is no room for a folder.
+static std::string ownTemporaryFolder() {
+    const std::string shared = variable("TMPDIR");
+    std::string path = (shared.empty() ? "/tmp" : shared) + "/orlavane-" + std::to_string(geteuid());
+    if (mkdir(path.c_str(), 0700) == 0 || isOwnFolder(path)) return path;
+    path += "-XXXXXX";
+    return mkdtemp(path.data()) ? path : "";
+}
+
 std::string temporaryPath(const std::string& name) {
-    const std::string folder = variable("TMPDIR");
-    return (folder.empty() ? "/tmp" : folder) + "/" + name;
+    const std::string folder = ownTemporaryFolder();
+    return folder.empty() ? "" : folder + "/" + name;
 }
 
 std::FILE* createFile(const std::string& path) {
@@ -110,14 +130,32 @@ static Removal whatToRemove(const std::string& folder) {
     return removal;
 }
 
+// Whether what lies in the folder may be taken out of it.
+static bool mayEmpty(const fs::path& folder) {
+    return faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
+}
+
+// Whether the folder may be removed with all that is in it. A link goes without what it leads to.
+static bool mayRemove(const fs::path& folder) {
+    if (!mayEmpty(folder.parent_path()) || !mayEmpty(folder)) return false;
+    std::error_code error;
+    fs::recursive_directory_iterator entry(folder, error);
+    while (!error && entry != fs::recursive_directory_iterator()) {
+        const fs::file_type type = entry->symlink_status(error).type();
+        if (error || (type == fs::file_type::directory && !mayEmpty(entry->path()))) return false;
+        entry.increment(error);
+    }
+    return !error;
+}
+
 bool startRemoval(const std::string& exeDir) {
+    const std::string folder = exeDir.substr(0, exeDir.find_last_not_of('/') + 1);
+    if (!exeDir.starts_with('/') || !mayRemove(folder)) return false;
+
     // The script runs in another folder than the game: a path must say the same in both.
     std::error_code error;
-    const std::string script = std::filesystem::absolute(temporaryPath(REMOVAL_SCRIPT), error).string();
-    if (error || !exeDir.starts_with('/')) return false;
-
-    const std::string folder = exeDir.substr(0, exeDir.find_last_not_of('/') + 1);
-    if (!writeScript(script, shellRemovalScript(whatToRemove(folder)))) return false;
+    const std::string script = fs::absolute(temporaryPath(REMOVAL_SCRIPT), error).string();
+    if (error || !writeScript(script, shellRemovalScript(whatToRemove(folder)))) return false;
     if (startDetached({"/bin/sh", script}, true)) return true;
     deleteFile(script);
     return false;

@@ -3,6 +3,7 @@
 #include "maintenance/platform.h"
 
 #include "maintenance/files.h"
+#include "maintenance/http_limits.h"
 #include "maintenance/uninstall.h"
 
 #include <windows.h>
@@ -10,7 +11,9 @@
 #include <shellapi.h>
 #include <wininet.h>
 
+#include <algorithm>
 #include <array>
+#include <atomic>
 #include <memory>
 
 const char* const EXECUTABLE_NAME = "Orlavane.exe";
@@ -103,12 +106,22 @@ static UINT interpreterCodePage() {
 // The script has a working folder of its own, and a path must say the same in both.
 static bool isAbsolute(const std::string& path) { return nativePath(path).is_absolute(); }
 
+// Whether the player may. Somebody in the folder is no obstacle: as yet the game itself works there.
+static bool mayRemove(const std::string& folder) {
+    const DWORD everybody = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    const HANDLE handle = CreateFileW(nativePath(folder).c_str(), DELETE, everybody, nullptr, OPEN_EXISTING,
+                                      FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (handle == INVALID_HANDLE_VALUE) return GetLastError() != ERROR_ACCESS_DENIED;
+    CloseHandle(handle);
+    return true;
+}
+
 bool startRemoval(const std::string& exeDir) {
     const Removal removal = whatToRemove(exeDir);
     const std::string script = temporaryPath(REMOVAL_SCRIPT);
     std::string text;
     std::string known;
-    if (!isAbsolute(removal.folder) || !toCodePage(script, GetACP(), known) ||
+    if (!isAbsolute(removal.folder) || !mayRemove(removal.folder) || !toCodePage(script, GetACP(), known) ||
         !toCodePage(windowsRemovalScript(removal), interpreterCodePage(), text))
         return false;
     if (!writeScript(script, text)) return false;
@@ -131,6 +144,38 @@ struct CloseInternet {
 };
 using Internet = std::unique_ptr<void, CloseInternet>;
 
+// A session with an end: when its time is up it is closed, and whatever still waits on it fails.
+class InternetSession {
+public:
+    explicit InternetSession(const HttpOptions& options)
+        : handle(InternetOpenA("Orlavane", INTERNET_OPEN_TYPE_PRECONFIG, nullptr, nullptr, 0)) {
+        DWORD timeout = static_cast<DWORD>(options.timeoutMs);
+        InternetSetOptionA(handle, INTERNET_OPTION_CONNECT_TIMEOUT, &timeout, sizeof timeout);
+        InternetSetOptionA(handle, INTERNET_OPTION_RECEIVE_TIMEOUT, &timeout, sizeof timeout);
+        if (options.totalMs > 0)
+            CreateTimerQueueTimer(&timer, nullptr, timeIsUp, this, static_cast<DWORD>(options.totalMs), 0,
+                                  WT_EXECUTEONLYONCE);
+    }
+    ~InternetSession() {
+        // Waits for a close that is under way.
+        if (timer) DeleteTimerQueueTimer(nullptr, timer, INVALID_HANDLE_VALUE);
+        close();
+    }
+    InternetSession(const InternetSession&) = delete;
+    InternetSession& operator=(const InternetSession&) = delete;
+
+    HINTERNET get() const { return handle; } // null from its end on
+
+private:
+    static void CALLBACK timeIsUp(void* session, BOOLEAN) { static_cast<InternetSession*>(session)->close(); }
+    void close() {
+        if (const HINTERNET open = handle.exchange(nullptr)) InternetCloseHandle(open);
+    }
+
+    std::atomic<HINTERNET> handle;
+    HANDLE timer = nullptr;
+};
+
 // What no address holds as it is goes escaped, since its bytes would be read in the code page of the system.
 // False if it holds control characters.
 static bool escapeUrl(const std::string& url, std::string& escaped) {
@@ -151,24 +196,35 @@ static bool isStatus200(HINTERNET answer) {
            status == 200;
 }
 
-// To the end of the answer. False on an error of the connection or the disk, or past a limit.
-static bool readAnswer(HINTERNET answer, std::string* body, std::FILE* file, uint64_t fileLimit) {
+static uint64_t statedLength(HINTERNET answer) {
+    char text[64] = "";
+    DWORD size = sizeof text;
+    return HttpQueryInfoA(answer, HTTP_QUERY_CONTENT_LENGTH, text, &size, nullptr) ? readLength(text) : 0;
+}
+
+// To the end of the answer. False on an error of the connection or the disk, or past the limit.
+static bool readAnswer(HINTERNET answer, std::string* body, std::FILE* file, uint64_t limit) {
+    if (statedLength(answer) > limit) return false;
     std::array<char, 16384> buffer;
-    uint64_t fileSize = 0;
+    uint64_t length = 0;
     for (;;) {
-        DWORD size = 0;
-        if (!InternetReadFile(answer, buffer.data(), static_cast<DWORD>(buffer.size()), &size)) return false;
+        // No more than there is, because a read waits until it has all that it asks for; at the end, one
+        // byte.
+        DWORD there = 0;
+        if (!InternetQueryDataAvailable(answer, &there, 0, 0)) return false;
+        DWORD size = std::clamp<DWORD>(there, 1, static_cast<DWORD>(buffer.size()));
+        if (!InternetReadFile(answer, buffer.data(), size, &size)) return false;
         if (size == 0) return true;
+        length += size;
+        if (length > limit) return false;
         if (body) body->append(buffer.data(), size);
-        if (body && body->size() > HTTP_BODY_LIMIT) return false;
-        fileSize += size;
-        if (file && (fileSize > fileLimit || std::fwrite(buffer.data(), 1, size, file) != size)) return false;
+        if (file && std::fwrite(buffer.data(), 1, size, file) != size) return false;
     }
 }
 
-static bool readToFile(HINTERNET answer, std::string* body, const std::string& filePath, uint64_t fileLimit) {
+static bool readToFile(HINTERNET answer, std::string* body, const std::string& filePath, uint64_t limit) {
     std::FILE* file = createFile(filePath);
-    bool ok = file && readAnswer(answer, body, file, fileLimit);
+    bool ok = file && readAnswer(answer, body, file, limit);
     if (file) ok = std::fclose(file) == 0 && ok;
     if (!ok) deleteFile(filePath);
     return ok;
@@ -179,15 +235,11 @@ bool httpFetch(const std::string& url, std::string* body, const std::string& fil
                const HttpOptions& options) {
     std::string escaped;
     if (!escapeUrl(url, escaped)) return false;
-    const Internet session(InternetOpenA("Orlavane", INTERNET_OPEN_TYPE_PRECONFIG, nullptr, nullptr, 0));
-    if (!session) return false;
-    DWORD timeout = static_cast<DWORD>(options.timeoutMs);
-    InternetSetOptionA(session.get(), INTERNET_OPTION_CONNECT_TIMEOUT, &timeout, sizeof timeout);
-    InternetSetOptionA(session.get(), INTERNET_OPTION_RECEIVE_TIMEOUT, &timeout, sizeof timeout);
-
+    const InternetSession session(options);
     const DWORD flags = INTERNET_FLAG_RELOAD | INTERNET_FLAG_NO_CACHE_WRITE;
     const Internet answer(InternetOpenUrlA(session.get(), escaped.c_str(), nullptr, 0, flags, 0));
     if (!answer || !isStatus200(answer.get())) return false;
-    if (filePath.empty()) return readAnswer(answer.get(), body, nullptr, 0);
-    return readToFile(answer.get(), body, filePath, options.fileLimit);
+    const uint64_t limit = lengthLimit(options, body);
+    if (filePath.empty()) return readAnswer(answer.get(), body, nullptr, limit);
+    return readToFile(answer.get(), body, filePath, limit);
 }

@@ -105,6 +105,8 @@ static std::string digestOf(Sha256& hash) {
 }
 
 bool sha256File(const std::string& path, std::string& out) {
+    std::error_code error; // of the path, because opening a pipe would wait for its writer
+    if (!std::filesystem::is_regular_file(nativePath(path), error)) return false;
     std::ifstream file(nativePath(path), std::ios::binary);
     if (!file) return false;
 

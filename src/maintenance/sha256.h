@@ -4,7 +4,8 @@
 #include <string>
 #include <string_view>
 
-// False if the file cannot be opened or read to its end; `out` then stays as it was.
+// False if it is no regular file or link to one, or cannot be opened or read to its end; `out` then stays as
+// it was.
 bool sha256File(const std::string& path, std::string& out);
 std::string sha256Text(std::string_view text);
 

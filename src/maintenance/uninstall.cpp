@@ -73,7 +73,8 @@ std::string shellRemovalScript(const Removal& removal) {
                        "done\n";
     for (const std::string& link : {removal.desktopLink, removal.menuLink})
         if (!link.empty()) text += "rm -f -- " + quotedForShell(link) + "\n";
-    return text + "rm -f -- \"$0\"\n";
+    return text + "rm -f -- \"$0\"\n"
+                  "rmdir -- \"${0%/*}\"\n"; // which stays if something else lies there
 }
 
 bool writeScript(const std::string& path, const std::string& text) {

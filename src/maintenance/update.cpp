@@ -18,22 +18,24 @@ constexpr const char* FETCHED_SETUP = "Orlavane-setup-update.exe";
 // --- The worker
 // ------------------------------------------------------------------------------------------------
 
-bool httpGetText(const std::string& url, std::string& out) {
+bool httpGetText(const std::string& url, std::string& out, int timeLimitMs) {
     out.clear();
-    return httpFetch(url, &out, "");
+    HttpOptions options;
+    options.totalMs = timeLimitMs;
+    return httpFetch(url, &out, "", options);
 }
 
 bool httpGetFile(const std::string& url, const std::string& path) { return httpFetch(url, nullptr, path); }
 
 static bool runCheck(UpdateTask& task) {
     std::string text;
-    if (!httpGetText(task.url, text) || !parseManifest(text, task.manifest)) return false;
+    if (!httpGetText(task.url, text, task.timeLimitMs) || !parseManifest(text, task.manifest)) return false;
     if (!task.localPath.empty()) sha256File(task.localPath, task.localSha256);
     return true;
 }
 
 static bool runDownload(const UpdateTask& task) {
-    if (!httpGetFile(task.url, task.destPath)) return false;
+    if (task.destPath.empty() || !httpGetFile(task.url, task.destPath)) return false;
     std::string sha256;
     if (sha256File(task.destPath, sha256) && hashEquals(sha256, task.expectedSha256)) return true;
     deleteFile(task.destPath);

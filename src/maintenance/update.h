@@ -24,13 +24,17 @@ enum UpdateState : uint8_t {
     UPDATE_DOWNLOAD_FAILED
 };
 
+// However slowly a server drips, a manifest is not waited for any longer. A download may take its time.
+constexpr int CHECK_TIME_LIMIT_MS = 60000;
+
 struct UpdateTask {
     // Set before the worker starts, and only read from then on.
     bool isDownload = false; // or a check of the manifest
     std::string url;
     std::string localPath;      // for a check: the file that tells which build this is, may be empty
-    std::string destPath;       // for a download: the file to write
+    std::string destPath;       // for a download: the file to write; empty if there is no place for it
     std::string expectedSha256; // for a download: the hash that it must have
+    int timeLimitMs = CHECK_TIME_LIMIT_MS; // for a check: until the manifest is there
 
     // The worker's last act on the task sets it to 1; what stands below is nobody else's before.
     std::atomic<uint32_t> done = 0;
@@ -57,7 +61,7 @@ UpdateState updateVerdict(const UpdateTask& task, const std::string& buildDate);
 // The worker's body; it may run on any thread.
 void updateTaskRun(UpdateTask& task);
 
-bool httpGetText(const std::string& url, std::string& out);
+bool httpGetText(const std::string& url, std::string& out, int timeLimitMs = CHECK_TIME_LIMIT_MS);
 bool httpGetFile(const std::string& url, const std::string& path);
 // All up to and including the last "/"; empty without one.
 std::string urlFolder(const std::string& url);

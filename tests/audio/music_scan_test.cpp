@@ -1,8 +1,12 @@
 #include "audio/music_player.h"
 
+#include "allocation_count.h"
+#include "audio/tracks.h"
 #include "temp_dir.h"
 
 #include <gtest/gtest.h>
+
+#include <random>
 
 #ifndef _WIN32
 #include <sys/stat.h>
@@ -132,10 +136,132 @@ TEST_F(MusicScanTest, PipesDevicesAndLinksToNowhereEndTheList) {
 }
 #endif
 
+TEST_F(MusicScanTest, AFileThatDoesNotFitIntoMemoryEndsTheList) {
+    write(1, "one");
+    write(2, std::string(3000000, 'x'));
+    write(3, "three");
+    const LittleMemory memory(2000000);
+    EXPECT_TRUE(scan());
+    EXPECT_EQ(log, "Music: 1 track(s)\n");
+    EXPECT_EQ(player.tracks.size(), 1u);
+}
+
 TEST_F(MusicScanTest, AFileBeyondWhatTheDecoderCanCountEndsTheList) {
     write(1, "one");
     write(2, "");
     std::filesystem::resize_file(dir.file("music2.mp3"), 0x7FFFFFFF); // takes no room on the disk
     EXPECT_TRUE(scan());
     EXPECT_EQ(player.tracks.size(), 1u);
+}
+
+// --- Where a track begins to be heard
+// ----------------------------------------------------------------------------------------------
+
+class MusicStartTest : public MusicScanTest {
+protected:
+    static Bytes bytesOf(const std::string& text) { return {text.begin(), text.end()}; }
+
+    // The track as the scan leaves it, and as it would be without the note.
+    void expectTheSameSound(const Bytes& file, const std::string& what) {
+        write(1, {file.begin(), file.end()});
+        player = {};
+        scan();
+        MusicPlayer plain;
+        plain.tracks = {trackOf(file), trackOf(MUSIC)}; // the second shows where the first one ends
+        player.tracks.push_back(trackOf(MUSIC));
+        for (MusicPlayer* each : {&player, &plain}) musicSetMode(*each, MUSIC_GAME);
+        std::vector<float> sound(2 * 20000);
+        std::vector<float> expected(sound.size());
+        musicMix(player, sound.data(), 20000, 1.0f);
+        musicMix(plain, expected.data(), 20000, 1.0f);
+        EXPECT_EQ(sound, expected) << what;
+        EXPECT_EQ(player.filePos, plain.filePos) << what;
+        EXPECT_EQ(player.trackIndex, plain.trackIndex) << what;
+        EXPECT_EQ(player.openCount, plain.openCount) << what;
+    }
+
+    const Bytes MUSIC = noiseFrames({.layer = 1}, 12);
+    const Bytes RUBBISH = Bytes(100000, 0x55);
+};
+
+TEST_F(MusicStartTest, LiesNotFarBeforeTheFirstSound) {
+    const Bytes file = joined({bytesOf("ID3"), RUBBISH, MUSIC});
+    write(1, {file.begin(), file.end()});
+    write(2, {MUSIC.begin(), MUSIC.end()});
+    scan();
+    EXPECT_LE(player.tracks[0].start, RUBBISH.size() + 3);
+    EXPECT_GT(player.tracks[0].start, RUBBISH.size() - 5000);
+    EXPECT_EQ(player.tracks[1].start, 0u);
+}
+
+TEST_F(MusicStartTest, IsTheEndWhereNothingIsToBeHeard) {
+    write(1, {RUBBISH.begin(), RUBBISH.end()});
+    write(2, "");
+    write(3, "\xff");
+    write(4, std::string(30000, '\xff')); // the begin of a header at every byte
+    scan();
+    ASSERT_EQ(player.tracks.size(), 4u);
+    for (const MusicTrack& t : player.tracks) EXPECT_EQ(t.start, t.size);
+}
+
+TEST_F(MusicStartTest, ChangesNothingThatIsHeard) {
+    const Bytes tag = joined({bytesOf("ID3\4"), Bytes(9000, 0)});
+    const Bytes falseFrame = silentFrame({.version = 2, .layer = 3}); // that is followed by no other
+    const Bytes freeFormat = joined({headerBytes({.bitrateIndex = 0}), Bytes(596)});
+    expectTheSameSound(MUSIC, "music");
+    expectTheSameSound(joined({tag, MUSIC}), "a tag");
+    expectTheSameSound(joined({RUBBISH, MUSIC, RUBBISH, MUSIC}), "rubbish before and between");
+    expectTheSameSound(joined({RUBBISH, falseFrame, RUBBISH, MUSIC}), "a frame alone");
+    expectTheSameSound(joined({RUBBISH, falseFrame, falseFrame, RUBBISH, MUSIC}), "two frames alone");
+    expectTheSameSound(joined({RUBBISH, freeFormat, freeFormat, freeFormat, freeFormat}), "free format");
+    expectTheSameSound(joined({RUBBISH, MUSIC, {0xFF}}), "a byte behind");
+    expectTheSameSound(joined({RUBBISH, noiseFrame({.layer = 1}, 1)}), "one frame at the end");
+    expectTheSameSound(RUBBISH, "nothing");
+}
+
+TEST_F(MusicStartTest, ChangesNothingThatIsHeardOfTheLongestFrames) {
+    for (const int version : {1, 2, 25})
+        for (int layer = 1; layer <= 3; layer++)
+            for (int rateIndex = 0; rateIndex < 3; rateIndex++) {
+                const FrameHeader longest = {
+                    .version = version, .layer = layer, .bitrateIndex = 14, .rateIndex = rateIndex};
+                expectTheSameSound(joined({RUBBISH, silentFrames(longest, 5)}),
+                                   std::to_string(frameSize(longest)));
+            }
+}
+
+#ifdef __linux__ // where lame is
+// The frames of layer 3 need bytes of those before them: cut in the middle, the first ones give no sound but
+// are remembered.
+TEST_F(MusicStartTest, ChangesNothingThatIsHeardOfATrackThatBeginsInTheMiddle) {
+    const Bytes whole = lameTrack(44100, 2, 1.0f, "-V 4");
+    for (size_t cut = 0; cut < 6000; cut += 97) {
+        const Bytes rest(whole.begin() + static_cast<ptrdiff_t>(cut), whole.end());
+        expectTheSameSound(rest, "cut at " + std::to_string(cut));
+        expectTheSameSound(joined({RUBBISH, rest}), "rubbish and cut at " + std::to_string(cut));
+    }
+}
+#endif
+
+TEST_F(MusicStartTest, ChangesNothingThatIsHeardOfRandomBytes) {
+    std::mt19937 random(14);
+    for (int i = 0; i < 300; i++) {
+        Bytes file(random() % 20000);
+        for (uint8_t& byte : file) byte = random() % 3 == 0 ? 0xFF : static_cast<uint8_t>(random());
+        if (i % 2 == 0) file = joined({file, MUSIC});
+        expectTheSameSound(file, std::to_string(i));
+    }
+}
+
+TEST_F(MusicStartTest, ARescanStopsThePlayer) {
+    write(1, {MUSIC.begin(), MUSIC.end()});
+    scan();
+    musicSetMode(player, MUSIC_GAME);
+    ASSERT_TRUE(player.active);
+    std::filesystem::remove(dir.file("music1.mp3"));
+    EXPECT_FALSE(scan());
+    EXPECT_FALSE(player.active);
+    std::vector<float> sound(2 * 1000);
+    musicMix(player, sound.data(), 1000, 1.0f);
+    EXPECT_EQ(sound, std::vector<float>(sound.size()));
 }

@@ -98,6 +98,14 @@ TEST_F(Http, SilenceEndsTheWait) {
     }
 }
 
+TEST_F(Http, AHeaderThatDripsIsLeftWhenTheTimeIsUp) {
+    HttpOptions hurried;
+    hurried.totalMs = 1500;
+    bool ok = true;
+    EXPECT_LT(seconds([&] { ok = get(server.url("/drip_head/300"), hurried).ok; }), 15.0);
+    EXPECT_FALSE(ok);
+}
+
 TEST_F(Http, TheGameWaitsTenSeconds) {
     bool ok = true;
     const double waited = seconds([&] { ok = get(server.url("/silence")).ok; });

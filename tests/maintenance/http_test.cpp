@@ -61,6 +61,18 @@ TEST_F(Http, ATextHasAtMost65536Bytes) {
     EXPECT_FALSE(get(server.url("/body/65537")).ok);
 }
 
+TEST_F(Http, AStatedLengthBeyondTheLimitIsRefusedBeforeTheBody) {
+    bool ok = true;
+    for (const char* length : {"65537", "4294967297", "99999999999999999999999"}) {
+        EXPECT_LT(seconds([&] { ok = get(server.url("/promise/") + length).ok; }), 8.0) << length;
+        EXPECT_FALSE(ok) << length;
+    }
+    writeText(path, "earlier");
+    EXPECT_LT(seconds([&] { ok = httpFetch(server.url("/promise/536870913"), nullptr, path); }), 8.0);
+    EXPECT_FALSE(ok);
+    EXPECT_FALSE(fileExists(path));
+}
+
 TEST_F(Http, AFloodEndsAtTheLimit) {
     const Fetched fetched = get(server.url("/flood"));
     EXPECT_FALSE(fetched.ok);
@@ -126,6 +138,25 @@ TEST_F(Http, WhoKeepsTalkingIsListenedToHoweverSlow) {
     HttpOptions impatient;
     impatient.timeoutMs = 1200;
     EXPECT_EQ(get(server.url("/drip/3/1"), impatient).body, "xxx");
+}
+
+TEST_F(Http, WhoDripsOnAndOnIsLeftWhenTheTimeIsUp) {
+    HttpOptions hurried;
+    hurried.totalMs = 1500;
+    for (const char* odd : {"/drip/300/10", "/slow_hops/9"}) {
+        bool ok = true;
+        EXPECT_LT(seconds([&] { ok = httpFetch(server.url(odd), nullptr, path, hurried); }), 15.0) << odd;
+        EXPECT_FALSE(ok) << odd;
+        EXPECT_FALSE(fileExists(path)) << odd;
+    }
+    EXPECT_EQ(HttpOptions().totalMs, 0); // a long download on a slow line is a good one
+}
+
+TEST_F(Http, TheTimeForAnAnswerHarmsNoneThatComesBefore) {
+    HttpOptions unhurried;
+    unhurried.totalMs = 60000;
+    EXPECT_EQ(get(server.url("/drip/3/10"), unhurried).body, "xxx");
+    EXPECT_EQ(get(server.url("/hops/10"), unhurried).body, "xxx");
 }
 
 TEST_F(Http, NobodyThereIsNoAnswer) {

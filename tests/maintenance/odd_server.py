@@ -79,6 +79,11 @@ class Handler(http.server.SimpleHTTPRequestHandler):
             return self.odd_body(3)
         self.head(302, Location=f"{int(count) - 1}", Content_Length=0)  # relative
 
+    def odd_slow_hops(self, count):
+        """The same, half a second for each."""
+        time.sleep(0.5)
+        self.odd_hops(count)
+
     def odd_unsafe(self, rest):
         """From here to the open server."""
         self.head(302, Location=f"http://127.0.0.1:{ports['port']}/{rest}", Content_Length=0)
@@ -159,6 +164,21 @@ class Handler(http.server.SimpleHTTPRequestHandler):
             self.wfile.write(b"x")
             self.wfile.flush()
             time.sleep(1 / int(rate or "1"))
+
+    def odd_drip_head(self, count):
+        """So many header lines, one a tenth of a second."""
+        self.send_response(200)
+        for _ in range(int(count)):
+            self.send_header("X-More", "x")
+            self.flush_headers()
+            time.sleep(0.1)
+        self.end_headers()
+
+    def odd_promise(self, size):
+        """The length of a body of which nothing comes."""
+        self.head(200, Content_Length=size)
+        self.wfile.flush()
+        time.sleep(60)
 
     def odd_noise(self, _):
         """No HTTP at all."""

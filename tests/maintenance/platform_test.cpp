@@ -1,15 +1,19 @@
 // What the system does for the game: temporary files, and programs that outlive it.
 #include "maintenance/platform.h"
 
+#include "environment.h"
 #include "maintenance/files.h"
+#include "maintenance/ordinary_user.h"
 #include "temp_dir.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <functional>
 #include <thread>
 
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -36,17 +40,95 @@ protected:
     TempDir dir;
 };
 
-TEST_F(Platform, TheTemporaryFolderIsTheOneOfTheSystem) {
-    const char* before = getenv("TMPDIR");
-    const std::string kept = before ? before : "";
-    setenv("TMPDIR", "/some where", 1);
-    EXPECT_EQ(temporaryPath("a"), "/some where/a");
-    setenv("TMPDIR", "", 1);
-    EXPECT_EQ(temporaryPath("a"), "/tmp/a");
-    unsetenv("TMPDIR");
-    EXPECT_EQ(temporaryPath("a"), "/tmp/a");
-    if (before) setenv("TMPDIR", kept.c_str(), 1);
+// --- Temporary files
+
+class TemporaryFiles : public testing::Test {
+protected:
+    TemporaryFiles() {
+        fs::permissions(dir.path, fs::perms(01777));
+        setVariable("TMPDIR", dir.path.string());
+    }
+    ~TemporaryFiles() override {
+        if (before.empty())
+            unsetVariable("TMPDIR");
+        else
+            setVariable("TMPDIR", before);
+    }
+
+    static bool isOwn(const fs::path& folder) {
+        struct stat status;
+        return lstat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode) &&
+               (status.st_mode & 07777) == 0700 && status.st_uid == geteuid();
+    }
+    // What the game makes of its folder's name when `leftover` has taken it.
+    void expectAWayAround(const std::function<void(const std::string& name)>& leftover) {
+        const std::string usual = fs::path(temporaryPath("a")).parent_path();
+        fs::remove(usual);
+        leftover(usual);
+        const fs::path path = temporaryPath("a");
+        EXPECT_NE(path.parent_path(), usual);
+        EXPECT_EQ(path.parent_path().parent_path(), dir.path);
+        EXPECT_TRUE(isOwn(path.parent_path()));
+        EXPECT_TRUE(fs::exists(fs::symlink_status(usual)));
+        fs::remove_all(usual);
+    }
+
+    TempDir dir;
+    std::string before = variable("TMPDIR");
+};
+
+TEST_F(TemporaryFiles, LieInAFolderOfThePlayersOwn) {
+    const fs::path path = temporaryPath("a");
+    EXPECT_EQ(path.filename(), "a");
+    EXPECT_EQ(path.parent_path().parent_path(), dir.path);
+    EXPECT_TRUE(isOwn(path.parent_path()));
+    EXPECT_EQ(fs::path(temporaryPath("b")).parent_path(), path.parent_path());
 }
+
+TEST_F(TemporaryFiles, EachPlayerHasAnotherFolder) {
+    const fs::path ours = temporaryPath("a");
+    const OrdinaryUser user; // who may neither read nor write in ours
+    const fs::path theirs = temporaryPath("a");
+    EXPECT_TRUE(isOwn(theirs.parent_path()));
+    EXPECT_EQ(ours == theirs, getuid() == geteuid());
+}
+
+TEST_F(TemporaryFiles, LeftoversOfOthersAreNoHindrance) {
+    expectAWayAround([](const std::string& name) { writeText(name, "a file"); });
+    expectAWayAround([](const std::string& name) { fs::create_symlink("/nonexistent", name); });
+    expectAWayAround([&](const std::string& name) { // even to a folder that would do
+        const fs::path target = dir.path / "target";
+        ASSERT_EQ(mkdir(target.c_str(), 0700), 0);
+        fs::create_symlink(target, name);
+    });
+    expectAWayAround([](const std::string& name) { // where others may write
+        fs::create_directory(name);
+        fs::permissions(name, fs::perms(0777));
+    });
+    if (geteuid() != 0) return;
+    expectAWayAround([](const std::string& name) { // of somebody else
+        ASSERT_EQ(mkdir(name.c_str(), 0700), 0);
+        ASSERT_EQ(chown(name.c_str(), 65534, 65534), 0);
+    });
+}
+
+TEST_F(TemporaryFiles, HaveNoPlaceWhereNoFolderCanBeMade) {
+    setVariable("TMPDIR", dir.file("missing"));
+    EXPECT_EQ(temporaryPath("a"), "");
+}
+
+TEST_F(TemporaryFiles, WithoutAVariableLieWhereTheSystemHasThem) {
+    for (const bool set : {true, false}) {
+        set ? setVariable("TMPDIR", "") : unsetVariable("TMPDIR");
+        const fs::path folder = fs::path(temporaryPath("a")).parent_path();
+        EXPECT_EQ(folder.parent_path(), "/tmp");
+        EXPECT_TRUE(isOwn(folder));
+        std::error_code inUse; // by a game of this machine
+        fs::remove(folder, inUse);
+    }
+}
+
+// --- Programs
 
 TEST_F(Platform, AFileThatWasFetchedIsMadeExecutableAndStarted) {
     const std::string path = program("setup", "echo started");

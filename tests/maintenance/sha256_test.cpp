@@ -4,6 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#ifdef __linux__
+#include <sys/stat.h>
+#endif
+
 // The examples of FIPS 180-4, and what other programs say of lengths around the ends of blocks.
 TEST(Sha256, KnownTexts) {
     EXPECT_EQ(sha256Text(""), "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855");
@@ -55,9 +59,38 @@ TEST(Sha256, ALinkInACircleHasNone) {
     EXPECT_EQ(hash, "before");
 }
 
+TEST(Sha256, PipesAndDevicesHaveNone) {
+    const TempDir dir;
+    const std::string path = dir.file("pipe");
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    std::string hash = "before";
+    EXPECT_FALSE(sha256File("/dev/null", hash)); // which has an end
+    std::filesystem::create_symlink("/dev/zero", dir.path / "endless");
+    EXPECT_FALSE(sha256File(dir.file("endless"), hash));
+    EXPECT_FALSE(sha256File(path, hash)); // which nobody will ever write to
+    EXPECT_EQ(hash, "before");
+}
+
+TEST(Sha256, ALinkToAFileHasTheHashOfTheFile) {
+    const TempDir dir;
+    writeText(dir.file("a"), "abc");
+    std::filesystem::create_symlink("a", dir.path / "link");
+    std::string hash;
+    EXPECT_TRUE(sha256File(dir.file("link"), hash));
+    EXPECT_EQ(hash, sha256Text("abc"));
+}
+
 TEST(Sha256, AReadErrorIsNotTheEndOfTheFile) {
     std::string hash = "before";
     EXPECT_FALSE(sha256File("/proc/self/mem", hash)); // opens, and has nothing to read at its begin
+    EXPECT_EQ(hash, "before");
+}
+#endif
+
+#ifdef _WIN32
+TEST(Sha256, DevicesHaveNone) {
+    std::string hash = "before";
+    EXPECT_FALSE(sha256File("NUL", hash));
     EXPECT_EQ(hash, "before");
 }
 #endif

@@ -3,6 +3,8 @@
 #include "app/app.h"
 #include "maintenance/files.h"
 #include "maintenance/full_disk.h"
+#include "maintenance/ordinary_user.h"
+#include "maintenance/platform.h"
 #include "temp_dir.h"
 
 #include <gtest/gtest.h>
@@ -22,7 +24,7 @@ namespace fs = std::filesystem;
 // Runs the text with commands of our own in place of "rm" and "sleep": each only writes down what was asked.
 static std::vector<std::string> rehearse(const TempDir& dir, const std::string& text) {
     fs::create_directories(dir.path / "bin");
-    for (const char* name : {"rm", "sleep"}) {
+    for (const char* name : {"rm", "rmdir", "sleep"}) {
         writeText(dir.file(std::string("bin/") + name),
                   "#!/bin/sh\necho " + std::string(name) + " \"$@\" >>" + dir.file("log") + "\n");
         fs::permissions(dir.file(std::string("bin/") + name), fs::perms(0755));
@@ -42,7 +44,7 @@ TEST(ShellRemovalScript, GivesUpOnTheFolderAfter120RoundsAndGoesOn) {
     fs::create_directory(dir.path / "Orlavane");
     const std::vector<std::string> log =
         rehearse(dir, shellRemovalScript({dir.file("Orlavane"), "/d", "/m"}));
-    ASSERT_EQ(log.size(), 243u);
+    ASSERT_EQ(log.size(), 244u);
     for (size_t i = 0; i < 240; i += 2) {
         EXPECT_EQ(log[i], "sleep 1");
         EXPECT_EQ(log[i + 1], "rm -rf -- " + dir.file("Orlavane"));
@@ -50,12 +52,13 @@ TEST(ShellRemovalScript, GivesUpOnTheFolderAfter120RoundsAndGoesOn) {
     EXPECT_EQ(log[240], "rm -f -- /d");
     EXPECT_EQ(log[241], "rm -f -- /m");
     EXPECT_EQ(log[242], "rm -f -- " + dir.file("script.sh"));
+    EXPECT_EQ(log[243], "rmdir -- " + dir.path.string());
 }
 
 TEST(ShellRemovalScript, IsSatisfiedOnceTheFolderIsGone) {
     const TempDir dir;
     const std::vector<std::string> log = rehearse(dir, shellRemovalScript({dir.file("Orlavane"), "", ""}));
-    ASSERT_EQ(log.size(), 3u);
+    ASSERT_EQ(log.size(), 4u);
     EXPECT_EQ(log[0], "sleep 1");
     EXPECT_EQ(log[1], "rm -rf -- " + dir.file("Orlavane"));
     EXPECT_EQ(log[2], "rm -f -- " + dir.file("script.sh"));
@@ -84,9 +87,14 @@ protected:
         writeText(app.exeDir + ".hidden", "");
     }
 
+    void makeScripts() {
+        fs::create_directory(scripts);
+        fs::permissions(scripts, fs::perms(0700));
+    }
+
     void expectNothingHappened() {
         EXPECT_FALSE(app.quitRequested);
-        EXPECT_TRUE(fs::is_empty(dir.path / "temporary"));
+        EXPECT_FALSE(fileExists(script));
         EXPECT_TRUE(fileExists(app.exeDir + "music/music1.mp3"));
     }
 
@@ -95,9 +103,11 @@ protected:
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
         return !fileExists(path);
     }
-    bool finishedSoon() { return goneSoon(dir.file("temporary/orlavane-uninstall.sh")); }
+    bool finishedSoon() { return goneSoon(scripts); }
 
     TempDir dir;
+    std::string scripts = dir.file("temporary/orlavane-" + std::to_string(geteuid())); // a folder
+    std::string script = scripts + "/orlavane-uninstall.sh";
     App app;
 };
 
@@ -140,7 +150,7 @@ TEST_F(Uninstall, AnyNameOnTheWayIsSafe) {
 
     uninstallGame(app);
     EXPECT_TRUE(app.quitRequested);
-    EXPECT_TRUE(goneSoon(dir.file(odd + "/tmp/orlavane-uninstall.sh")));
+    EXPECT_TRUE(goneSoon(dir.file(odd + "/tmp/" + fs::path(scripts).filename().string())));
     EXPECT_FALSE(fileExists(app.exeDir));
     EXPECT_FALSE(fileExists(dir.file(odd + "/applications/orlavane.desktop")));
     EXPECT_TRUE(fileExists(dir.file(odd + "/kept")));
@@ -197,7 +207,8 @@ TEST_F(Uninstall, AScriptThatCannotBeWrittenChangesNothing) {
     uninstallGame(app);
     expectNothingHappened();
     setenv("TMPDIR", dir.file("temporary").c_str(), 1);
-    fs::create_directory(dir.path / "temporary/orlavane-uninstall.sh");
+    makeScripts();
+    fs::create_directory(script);
     uninstallGame(app);
     EXPECT_FALSE(app.quitRequested);
     EXPECT_TRUE(fileExists(app.exePath));
@@ -213,12 +224,54 @@ TEST_F(Uninstall, AScriptThatFitsOnTheDiskOnlyInPartIsNotStarted) {
 TEST_F(Uninstall, AnEarlierScriptIsReplacedAndALinkNotFollowed) {
     install("Orlavane");
     writeText(dir.file("mine"), "precious");
-    fs::create_symlink(dir.path / "mine", dir.path / "temporary/orlavane-uninstall.sh");
+    makeScripts();
+    fs::create_symlink(dir.path / "mine", script);
     uninstallGame(app);
     EXPECT_TRUE(app.quitRequested);
     EXPECT_TRUE(finishedSoon());
     EXPECT_FALSE(fileExists(app.exeDir));
     EXPECT_EQ(readText(dir.file("mine")), "precious");
+}
+
+TEST_F(Uninstall, LeftoversOfAnotherUserStopNothing) {
+    install("Orlavane");
+    writeText(scripts, "not ours");
+    fs::create_directory(dir.path / "temporary/orlavane-uninstall.sh");
+    uninstallGame(app);
+    EXPECT_TRUE(app.quitRequested);
+    EXPECT_TRUE(goneSoon(app.exeDir));
+    EXPECT_EQ(readText(scripts), "not ours");
+}
+
+TEST_F(Uninstall, AFolderThatThePlayerMayNotRemoveStays) {
+    fs::permissions(dir.path / "temporary", fs::perms(01777));
+    install("games/Orlavane");
+    const fs::path parent = dir.path / "games";
+    for (const fs::path& locked : {parent, parent / "Orlavane", parent / "Orlavane/music"}) {
+        for (const fs::path& folder : {parent, parent / "Orlavane", parent / "Orlavane/music"})
+            fs::permissions(folder, fs::perms(folder == locked ? 0555 : 0777));
+        const OrdinaryUser user;
+        EXPECT_FALSE(startRemoval(app.exeDir)) << locked;
+        uninstallGame(app);
+        EXPECT_FALSE(app.quitRequested) << locked;
+    }
+    fs::permissions(parent / "Orlavane/music", fs::perms(0755));
+    EXPECT_TRUE(fs::is_empty(dir.path / "temporary"));
+    EXPECT_TRUE(fileExists(app.exeDir + "music/music1.mp3"));
+}
+
+TEST_F(Uninstall, WhereALinkLeadsNeedNotBeThePlayers) {
+    install("games/Orlavane");
+    fs::create_directory(dir.path / "precious");
+    fs::permissions(dir.path / "precious", fs::perms(0555));
+    fs::create_symlink(dir.path / "precious", app.exeDir + "link");
+    for (const char* folder : {"games", "games/Orlavane", "games/Orlavane/music"})
+        fs::permissions(dir.path / folder, fs::perms(0777));
+    fs::permissions(dir.path / "temporary", fs::perms(01777));
+    const OrdinaryUser user;
+    EXPECT_TRUE(startRemoval(app.exeDir));
+    EXPECT_TRUE(goneSoon(app.exeDir));
+    EXPECT_TRUE(fileExists(dir.file("precious")));
 }
 
 TEST_F(Uninstall, WithoutAHomeOnlyTheFolderGoes) {

@@ -16,6 +16,9 @@
 #include <chrono>
 #include <thread>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 namespace fs = std::filesystem;
 using testing::HasSubstr;
 using testing::Not;
@@ -89,7 +92,8 @@ protected:
     ~UpdateClient() override { unsetenv("TMPDIR"); }
 
     TempDir dir;
-    std::string fetched = dir.file("temporary/Orlavane-setup-update.exe");
+    std::string fetchedFolder = dir.file("temporary/orlavane-" + std::to_string(geteuid()));
+    std::string fetched = fetchedFolder + "/Orlavane-setup-update.exe";
     App app;
 };
 
@@ -198,6 +202,12 @@ TEST_F(Update, AFolderInThePlaceOfThatCopyIsNoCopy) {
     EXPECT_EQ(check(), UPDATE_NEWER);
 }
 
+TEST_F(Update, APipeInThePlaceOfThatCopyHoldsUpNobody) {
+    publishSetup();
+    ASSERT_EQ(mkfifo(dir.file("Orlavane-setup.exe").c_str(), 0600), 0); // nobody will ever write to it
+    EXPECT_EQ(check(), UPDATE_NEWER);
+}
+
 TEST_F(Update, TheHashOfTheManifestMayHaveCapitals) {
     std::string hash = sha256Text("mine");
     for (char& c : hash) c = static_cast<char>(std::toupper(c));
@@ -299,6 +309,8 @@ TEST_F(Update, AVerifiedFileThatCannotStartStaysAndFails) {
 
 TEST_F(Update, AFolderInThePlaceOfTheDownloadFailsAndStays) {
     publishSetup();
+    fs::create_directory(fetchedFolder);
+    fs::permissions(fetchedFolder, fs::perms(0700));
     fs::create_directory(fetched);
     writeText(fetched + "/precious", "");
     ASSERT_EQ(check(), UPDATE_NEWER);
@@ -323,6 +335,17 @@ TEST_F(Update, ATemporaryFolderThatCannotBeWrittenFails) {
     EXPECT_EQ(download(), UPDATE_DOWNLOAD_FAILED);
     EXPECT_FALSE(app.quitRequested);
     EXPECT_FALSE(fileExists(dir.file("missing")));
+    EXPECT_THAT(server.requests(), Not(HasSubstr("GET /setup.exe"))); // for nothing
+}
+
+TEST_F(Update, LeftoversOfAnotherUserStopNoDownload) {
+    publishSetup();
+    writeText(fetchedFolder, "not ours");
+    fs::create_directory(dir.path / "temporary/Orlavane-setup-update.exe");
+    ASSERT_EQ(check(), UPDATE_NEWER);
+    EXPECT_EQ(download(), UPDATE_DOWNLOADING);
+    EXPECT_TRUE(app.quitRequested);
+    EXPECT_EQ(readText(fetchedFolder), "not ours");
 }
 
 TEST_F(Update, AfterAFailureTheButtonChecksAgain) {
@@ -356,6 +379,18 @@ TEST_F(Update, ASlowServerHoldsUpNobody) {
         aMoment();
     }
     EXPECT_EQ(finish(), UPDATE_OFFLINE);
+}
+
+TEST_F(Update, ACheckEndsAfterAMinuteHoweverMuchComes) {
+    EXPECT_EQ(UpdateTask().timeLimitMs, 60000);
+    UpdateTask task;
+    task.url = server.url("/drip/300/10"); // half a minute
+    task.timeLimitMs = 1500;
+    const auto start = std::chrono::steady_clock::now();
+    updateTaskRun(task);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(15));
+    EXPECT_EQ(task.done, 1u);
+    EXPECT_FALSE(task.ok);
 }
 
 TEST_F(Update, ATaskThatTheGameHasGivenUpIsFinishedAllTheSame) {

@@ -1,5 +1,6 @@
 """How the program starts, and how it says that it cannot."""
 import os
+import resource
 import subprocess
 import tempfile
 import time
@@ -26,6 +27,19 @@ class Start(unittest.TestCase):
         os.makedirs(preferences)
         with open(os.path.join(preferences, "settings.ini"), "w") as file:
             file.writelines(f"{key}={value}\n" for key, value in PLAIN.items())
+
+    def test_music_that_does_not_fit_into_memory_is_no_music(self):
+        room = 2100000000  # bytes, for all that the program has in memory
+        with tempfile.TemporaryDirectory(dir=os.path.dirname(PROGRAM)) as folder:  # where a link to it can stand
+            program = os.path.join(folder, "Orlavane")
+            os.link(PROGRAM, program)
+            with open(os.path.join(folder, "music1.mp3"), "wb") as track:
+                track.truncate(room)  # takes no room on the disk
+            result = subprocess.run(
+                [program], env=clean_environment(self.home, SDL_VIDEODRIVER="offscreen", OV_SHOT=self.shot, OV_FRAMES="1"),
+                preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_AS, (room, room)), stderr=subprocess.PIPE,
+                timeout=PATIENCE)
+        self.assertEqual((result.returncode, result.stderr.decode()), (0, NO_MUSIC))
 
     def test_without_a_video_driver_sdl_cannot_start(self):
         code, errors = run_to_end(self.home, SDL_VIDEODRIVER="nonsense")

@@ -105,7 +105,7 @@ class InTheWindow(WithServer):
         self.mouse.wait_for_frames(5)  # though the server says nothing
         self.let_go()
         self.expect("failed", BAD, BROWN)  # that is not what the manifest has announced
-        self.assertFalse(os.path.exists(os.path.join(self.home, "Orlavane-setup-update.exe")))
+        self.assertFalse(os.path.exists(os.path.join(self.home, f"orlavane-{os.geteuid()}", "Orlavane-setup-update.exe")))
 
         self.publish(f"#!/bin/sh\ntouch '{self.home}/started'\n".encode(), "2027-01-01")
         self.press_update()

@@ -58,10 +58,25 @@ TEST_F(MakeManifest, RefusesWhatTheGameWouldNotUnderstand) {
     writeText(path, "earlier");
     for (const char* arguments : {"'say \"hi\"'", "sha256", "1 2027", "1 03.02.2027", "1 2027-2-03x", "1 ''"})
         EXPECT_FALSE(run(setup + " " + path + " " + arguments)) << arguments;
-    writeText(dir.file("a:b"), "setup");
-    EXPECT_FALSE(run(dir.file("a:b") + " " + path));
-    EXPECT_THAT(err, HasSubstr("cannot hold that version or that file name"));
+    EXPECT_THAT(err, HasSubstr("is no date"));
+    EXPECT_FALSE(run(setup + " " + path + " sha256"));
+    EXPECT_THAT(err, HasSubstr("cannot hold that version"));
     EXPECT_EQ(readText(path), "earlier");
+}
+
+TEST_F(MakeManifest, RefusesANameThatAnAddressDoesNotHoldAsItStands) {
+    writeText(path, "earlier");
+    for (const char* name : {"set#up", "set?up", "set%31up", "set up", "set\xc3\xbcp", "set+up", "set&up",
+                             "set:up", "set\\up", "set\"up", "set~up", "set\nup"}) {
+        writeText(dir.file(name), "setup");
+        EXPECT_FALSE(run("'" + dir.file(name) + "' " + path)) << name;
+        EXPECT_THAT(err, HasSubstr("has a name that not every game could fetch")) << name;
+    }
+    EXPECT_EQ(readText(path), "earlier");
+    for (const char* name : {"Setup-0.3_beta.exe", "-", "AZaz09"}) {
+        writeText(dir.file(name), "setup");
+        EXPECT_TRUE(run(dir.file(name) + " " + path)) << err;
+    }
 }
 
 TEST_F(MakeManifest, RefusesWhatCannotBeReadOrWritten) {
