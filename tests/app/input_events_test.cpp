@@ -119,6 +119,15 @@ TEST(Input, ReleasesClearWhatIsHeld) {
     EXPECT_EQ(input.keysHeld[KEY_E], 0);
 }
 
+TEST(Input, BeforeTheFirstMotionThePointerIsNowhere) {
+    Input input;
+    EXPECT_FALSE(pointerIsSomewhere(input));
+    handleInputEvent(input, keyEvent(SDL_KEYDOWN, SDLK_w), {});
+    EXPECT_FALSE(pointerIsSomewhere(input));
+    handleInputEvent(input, motionEvent(0, 0), {});
+    EXPECT_TRUE(pointerIsSomewhere(input));
+}
+
 TEST(Input, WheelStepsOfAFrameAddUp) {
     Input input;
     handleInputEvent(input, wheelEvent(1), {});
