@@ -1,5 +1,5 @@
 // The 2-D layer: screen functions append triangles once a frame, and one upload draws them over the picture.
-// There are no widget objects; what outlives a frame is which widget holds the mouse.
+// There are no widget objects; what outlives a frame is which widget holds the mouse, and where panels stood.
 //
 //     uiBeginFrame(ui, width, height, input);
 //     uiRoundRect(ui, {10, 10, 200, 40}, 6, colPanel);
