@@ -93,6 +93,8 @@ struct App {
     int32_t dragStartY = 0;
     int32_t dragLastX = 0;
     int32_t dragLastY = 0;
+    bool rightDragOnHud = false; // the held button went down on the interface
+    bool middleDragOnHud = false;
 
     int32_t selectedBuilding = -1; // index into City::buildings, -1 for none
     int32_t selectedBuildingCell = -1;

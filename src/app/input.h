@@ -49,9 +49,12 @@ enum Key {
 };
 static_assert(KEY_COUNT == 40);
 
+// Both coordinates of a pointer that is nowhere: over no widget, at no edge of the window, above no land.
+constexpr float POINTER_NOWHERE = -1e6f;
+
 struct Input {
-    float mouseX = 0.0f; // drawable pixels
-    float mouseY = 0.0f;
+    float mouseX = POINTER_NOWHERE; // drawable pixels
+    float mouseY = POINTER_NOWHERE;
     uint8_t leftHeld = 0;
     uint8_t leftPressed = 0; // this frame
     uint8_t leftReleased = 0;
@@ -63,3 +66,5 @@ struct Input {
     int32_t drawableWidth = 0;                       // pixels
     int32_t drawableHeight = 0;
 };
+
+inline bool pointerIsSomewhere(const Input& input) { return input.mouseX != POINTER_NOWHERE; }

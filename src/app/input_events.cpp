@@ -7,13 +7,6 @@ PixelRatio pixelRatio(int windowWidth, int windowHeight, int drawableWidth, int 
     return ratio;
 }
 
-void beginInputFrame(Input& input) {
-    input.leftPressed = 0;
-    input.leftReleased = 0;
-    input.wheel = 0.0f;
-    input.keysPressed.fill(0);
-}
-
 // In the order of Key.
 static constexpr std::array<SDL_Keycode, KEY_COUNT> KEYCODES = {
     SDLK_w,      SDLK_a,     SDLK_s, SDLK_d, SDLK_q, SDLK_e,  SDLK_UP, SDLK_DOWN, SDLK_LEFT,   SDLK_RIGHT,
@@ -43,8 +36,16 @@ int keyIndex(const SDL_Keysym& keysym) {
     return indexOfKeycode(englishKeycode(keysym.scancode));
 }
 
-static void setButton(Input& input, const SDL_MouseButtonEvent& button) {
+static void seePointer(InputReader& reader, int x, int y, const PixelRatio& ratio) {
+    reader.pointerX = static_cast<float>(x) * ratio.x;
+    reader.pointerY = static_cast<float>(y) * ratio.y;
+    reader.pointerInside = true;
+}
+
+static void setButton(InputReader& reader, const SDL_MouseButtonEvent& button) {
     const uint8_t down = button.state == SDL_PRESSED;
+    if (down && !reader.windowFocused) return;
+    Input& input = reader.input;
     if (button.button == SDL_BUTTON_RIGHT) input.rightHeld = down;
     if (button.button == SDL_BUTTON_MIDDLE) input.middleHeld = down;
     if (button.button != SDL_BUTTON_LEFT) return;
@@ -62,24 +63,76 @@ static void setKey(Input& input, const SDL_KeyboardEvent& key) {
     if (key.state == SDL_PRESSED && key.repeat == 0) input.keysPressed[index] = 1;
 }
 
-void handleInputEvent(Input& input, const SDL_Event& event, const PixelRatio& ratio) {
+static void followWindow(InputReader& reader, uint8_t change) {
+    if (change == SDL_WINDOWEVENT_ENTER) reader.pointerInside = true;
+    if (change == SDL_WINDOWEVENT_LEAVE) reader.pointerInside = false;
+    if (change == SDL_WINDOWEVENT_FOCUS_LOST) reader.windowFocused = false;
+    if (change == SDL_WINDOWEVENT_FOCUS_GAINED) reader.windowFocused = reader.focusCame = true;
+}
+
+void beginInputFrame(InputReader& reader) {
+    Input& input = reader.input;
+    input.leftPressed = 0;
+    input.leftReleased = 0;
+    input.wheel = 0.0f;
+    input.keysPressed.fill(0);
+    reader.focusCame = false;
+}
+
+void handleInputEvent(InputReader& reader, const SDL_Event& event, const PixelRatio& ratio) {
     switch (event.type) {
     case SDL_MOUSEMOTION:
-        input.mouseX = static_cast<float>(event.motion.x) * ratio.x;
-        input.mouseY = static_cast<float>(event.motion.y) * ratio.y;
+        seePointer(reader, event.motion.x, event.motion.y, ratio);
         break;
     case SDL_MOUSEBUTTONDOWN:
     case SDL_MOUSEBUTTONUP:
-        setButton(input, event.button);
+        seePointer(reader, event.button.x, event.button.y, ratio);
+        setButton(reader, event.button);
         break;
     case SDL_MOUSEWHEEL:
-        input.wheel += static_cast<float>(event.wheel.y);
+        seePointer(reader, event.wheel.mouseX, event.wheel.mouseY, ratio);
+        reader.input.wheel += static_cast<float>(event.wheel.y);
         break;
     case SDL_KEYDOWN:
     case SDL_KEYUP:
-        setKey(input, event.key);
+        setKey(reader.input, event.key);
+        break;
+    case SDL_WINDOWEVENT:
+        followWindow(reader, event.window.event);
         break;
     default:
         break;
     }
+}
+
+// SDL reports a key that was down when the focus came as one that went down just then: its press was meant
+// for another window, or for the switch between them. A key that is already up again was meant for the game.
+static void forgetKeysOfOtherWindows(Input& input) {
+    for (int key = 0; key < KEY_COUNT; key++)
+        if (input.keysHeld[key]) input.keysPressed[key] = 0;
+}
+
+void endInputFrame(InputReader& reader) {
+    Input& input = reader.input;
+    const bool held = input.leftHeld || input.rightHeld || input.middleHeld || input.leftReleased;
+    const bool somewhere = held || (reader.pointerInside && reader.windowFocused);
+    input.mouseX = somewhere ? reader.pointerX : POINTER_NOWHERE;
+    input.mouseY = somewhere ? reader.pointerY : POINTER_NOWHERE;
+    if (!somewhere) input.wheel = 0.0f;
+    if (reader.focusCame) forgetKeysOfOtherWindows(input);
+}
+
+bool readInputFrame(InputReader& reader, const PixelRatio& ratio) {
+    beginInputFrame(reader);
+    bool running = true;
+    bool full = false;
+    SDL_Event event;
+    SDL_PumpEvents();
+    while (!full && SDL_PeepEvents(&event, 1, SDL_GETEVENT, SDL_FIRSTEVENT, SDL_LASTEVENT) > 0) {
+        handleInputEvent(reader, event, ratio);
+        if (event.type == SDL_QUIT) running = false;
+        full = event.type == SDL_MOUSEBUTTONDOWN || event.type == SDL_MOUSEBUTTONUP;
+    }
+    endInputFrame(reader);
+    return running;
 }

@@ -86,33 +86,27 @@ static bool openWindow(Window& window, const Settings& settings, GlLoader loader
 }
 
 // False when the player asked the window system to end the program.
-static bool readInput(Input& input, SDL_Window* window) {
-    beginInputFrame(input);
+static bool readInput(InputReader& reader, SDL_Window* window) {
     int windowWidth;
     int windowHeight;
     int drawableWidth;
     int drawableHeight;
     SDL_GetWindowSize(window, &windowWidth, &windowHeight);
     SDL_GL_GetDrawableSize(window, &drawableWidth, &drawableHeight);
-    const PixelRatio ratio = pixelRatio(windowWidth, windowHeight, drawableWidth, drawableHeight);
-
-    bool running = true;
-    SDL_Event event;
-    while (SDL_PollEvent(&event)) {
-        if (event.type == SDL_QUIT) running = false;
-        handleInputEvent(input, event, ratio);
-    }
-    input.drawableWidth = drawableWidth;
-    input.drawableHeight = drawableHeight;
+    const bool running =
+        readInputFrame(reader, pixelRatio(windowWidth, windowHeight, drawableWidth, drawableHeight));
+    reader.input.drawableWidth = drawableWidth;
+    reader.input.drawableHeight = drawableHeight;
     return running;
 }
 
 static void runLoop(App& app, Capture& capture, SDL_Window* window) {
     const double frequency = static_cast<double>(SDL_GetPerformanceFrequency());
     uint64_t previous = SDL_GetPerformanceCounter();
-    Input input;
+    InputReader reader;
+    const Input& input = reader.input;
     for (bool running = true; running;) {
-        running = readInput(input, window);
+        running = readInput(reader, window);
 
         const uint64_t now = SDL_GetPerformanceCounter();
         const float dt = static_cast<float>(static_cast<double>(now - previous) / frequency);

@@ -4,6 +4,7 @@
 #include "sim/daily_tick.h"
 #include "sim/map_generation.h"
 #include "sim/save_file.h"
+#include "ui/hud_layout.h"
 #include "view/rebuild.h"
 #include "view/street_life_mesh.h"
 
@@ -155,11 +156,24 @@ static void endGame(App& app) {
     stopToolInput(app);
 }
 
+// What the camera may know of the mouse: no wheel over the interface, and no drag that began there. The pan
+// at the window's edges goes on, since the bars fill two of them.
+static Input cameraInput(App& app, const Input& input) {
+    const bool overHud = pointerOverHud(app, input);
+    if (!app.camera.previousInput.rightHeld) app.rightDragOnHud = overHud;
+    if (!app.camera.previousInput.middleHeld) app.middleDragOnHud = overHud;
+    Input seen = input;
+    if (overHud) seen.wheel = 0.0f;
+    if (app.rightDragOnHud) seen.rightHeld = 0;
+    if (app.middleDragOnHud) seen.middleHeld = 0;
+    return seen;
+}
+
 void stepGame(App& app, const Input& input, float dt) {
     if (input.keysPressed[KEY_ESC]) pressEscape(app);
     if (!app.paused) readKeys(app, input);
     if (input.keysPressed[KEY_F9]) loadGame(app);
-    updateCamera(app.camera, input, dt);
+    updateCamera(app.camera, cameraInput(app, input), dt);
     const float gameTime = advanceTime(app, dt);
     updateStreetLife(app.streetLife, app.city, gameTime, lastPopulation(app.city));
     updateWorldMeshes(app.meshes, app.city);

@@ -56,6 +56,11 @@ void setCategory(App& app, int category) {
         if (TOOLS[tool].category == category) return setTool(app, tool);
 }
 
+int toolCount(int category) {
+    return static_cast<int>(std::count_if(TOOLS.begin(), TOOLS.end(),
+                                          [&](const ToolRow& tool) { return tool.category == category; }));
+}
+
 int pressedToolShortcut(const Input& input) {
     for (int tool = 0; tool < TOOL_COUNT; tool++)
         if (TOOLS[tool].shortcut >= 0 && input.keysPressed[TOOLS[tool].shortcut]) return tool;

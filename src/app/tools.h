@@ -45,6 +45,7 @@ enum ToolCategory : uint8_t {
 void setTool(App& app, int tool);
 // Keeps the tool if it belongs to the category, otherwise takes the category's first.
 void setCategory(App& app, int category);
+int toolCount(int category);
 // The tool whose shortcut was pressed this frame, -1 for none.
 int pressedToolShortcut(const Input& input);
 

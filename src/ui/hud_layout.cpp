@@ -1,6 +1,6 @@
 #include "ui/hud_layout.h"
 
-#include "app/app.h"
+#include "app/tools.h"
 
 #include <algorithm>
 
@@ -29,11 +29,17 @@ UiRect categoryButton(const HudLayout& hud, int category) {
     return {18.0f * s, (62.0f + 38.0f * static_cast<float>(category)) * s, 216.0f * s, 34.0f * s};
 }
 
+UiRect toolButton(const HudLayout& hud, int row) {
+    const float s = hud.scale;
+    return {18.0f * s, (336.0f + 38.0f * static_cast<float>(row)) * s, 216.0f * s, 34.0f * s};
+}
+
 bool pointerOverHud(const App& app, const Input& input) {
     if (app.screen != SCREEN_GAME || app.paused) return true;
     const auto pointerIn = [&](UiRect rect) { return contains(rect, input.mouseX, input.mouseY); };
     if (app.tutorialStep >= 0 && pointerIn(app.tutorialCard)) return true;
     const HudLayout hud = hudLayout(input.drawableWidth, input.drawableHeight);
-    return pointerIn(hud.topBar) || pointerIn(hud.toolPanel) || pointerIn(hud.bottomBar) ||
-           pointerIn(hud.rightPanel);
+    const UiRect lastTool = toolButton(hud, toolCount(app.currentCategory) - 1);
+    return pointerIn(hud.topBar) || pointerIn(hud.toolPanel) || pointerIn(lastTool) ||
+           pointerIn(hud.bottomBar) || pointerIn(hud.rightPanel);
 }

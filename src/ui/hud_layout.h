@@ -23,6 +23,8 @@ HudLayout hudLayout(int drawableWidth, int drawableHeight);
 HudLayout hudLayout(const Ui& ui);
 
 UiRect categoryButton(const HudLayout& hud, int category);
+// Of the current category, from the top. The sixth hangs over the panel's lower edge.
+UiRect toolButton(const HudLayout& hud, int row);
 
-// True when the pointer stands on the interface, so that the tools must ignore it.
+// True when the pointer stands on the interface, so that the tools and the camera must ignore it.
 bool pointerOverHud(const App& app, const Input& input);

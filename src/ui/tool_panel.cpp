@@ -51,15 +51,13 @@ static void drawCategories(App& app, const HudLayout& hud, int fontSize) {
     }
 }
 
-// Moves `y` below the last tool.
-static void drawTools(App& app, float s, float& y, int fontSize) {
-    for (const ToolButton& button : TOOL_BUTTONS) {
-        if (button.category != app.currentCategory) continue;
-        if (uiButton(app.ui, TOOL_ID + button.tool, {18.0f * s, y, 216.0f * s, 34.0f * s}, tr(button.label),
-                     true, app.currentTool == button.tool, fontSize))
+static void drawTools(App& app, const HudLayout& hud, int fontSize) {
+    int row = 0;
+    for (const ToolButton& button : TOOL_BUTTONS)
+        if (button.category == app.currentCategory &&
+            uiButton(app.ui, TOOL_ID + button.tool, toolButton(hud, row++), tr(button.label), true,
+                     app.currentTool == button.tool, fontSize))
             setTool(app, button.tool);
-        y += 38.0f * s;
-    }
 }
 
 static void drawDistricts(App& app, float s, float top, int fontSize) {
@@ -85,10 +83,9 @@ void drawToolPanel(App& app) {
     uiPanel(ui, hud.toolPanel, 8.0f * s, 1.5f * s);
     drawCategories(app, hud, fontSize);
 
-    float y = categoryButton(hud, CATEGORY_COUNT).y;
-    uiRect(ui, {22.0f * s, y, 208.0f * s, 1.5f * s}, colFrame);
+    uiRect(ui, {22.0f * s, categoryButton(hud, CATEGORY_COUNT).y, 208.0f * s, 1.5f * s}, colFrame);
     if (app.currentCategory == CATEGORY_SELECT || app.currentCategory == CATEGORY_BULLDOZE) return;
-    y += 8.0f * s;
-    drawTools(app, s, y, fontSize);
-    if (app.currentCategory == CATEGORY_DISTRICTS) drawDistricts(app, s, y, fontSize);
+    drawTools(app, hud, fontSize);
+    if (app.currentCategory == CATEGORY_DISTRICTS)
+        drawDistricts(app, s, toolButton(hud, toolCount(CATEGORY_DISTRICTS)).y, fontSize);
 }

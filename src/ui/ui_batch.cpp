@@ -49,6 +49,8 @@ void uiBeginFrame(Ui& ui, int width, int height, const Input& input) {
     ui.mouseDown = input.leftHeld;
     ui.mousePressed = input.leftPressed;
     ui.mouseReleased = input.leftReleased;
+    ui.panels.swap(ui.panelsBefore);
+    ui.panels.clear();
     ui.vertices.clear();
     ui.commands.clear();
 }

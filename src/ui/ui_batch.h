@@ -1,5 +1,5 @@
 // The 2-D layer: screen functions append triangles once a frame, and one upload draws them over the picture.
-// There are no widget objects; what outlives a frame is which widget holds the mouse.
+// There are no widget objects; what outlives a frame is which widget holds the mouse, and where panels stood.
 //
 //     uiBeginFrame(ui, width, height, input);
 //     uiRoundRect(ui, {10, 10, 200, 40}, 6, colPanel);
@@ -80,6 +80,9 @@ struct Ui {
     uint8_t mousePressed = 0; // this frame
     uint8_t mouseReleased = 0;
     uint32_t activeId = 0; // the widget that holds the mouse, 0 for none
+    // Panels drawn so far, and those of the whole frame before: the pointer does not reach what they cover.
+    std::vector<UiRect> panels;
+    std::vector<UiRect> panelsBefore;
 };
 
 // False with the driver's message when the program cannot be built.

@@ -12,6 +12,18 @@ struct ButtonState {
     bool clicked = false;
 };
 
+static bool sameRect(UiRect a, UiRect b) { return a.x == b.x && a.y == b.y && a.w == b.w && a.h == b.h; }
+
+// A widget is asked before the panels over it are drawn, so that only the frame before tells of them: under
+// the pointer lies one of its panels that has yet to come in this frame.
+static bool pointerOnLaterPanel(const Ui& ui) {
+    return std::any_of(ui.panelsBefore.begin(), ui.panelsBefore.end(), [&](UiRect panel) {
+        const bool drawn = std::any_of(ui.panels.begin(), ui.panels.end(),
+                                       [&](UiRect other) { return sameRect(panel, other); });
+        return !drawn && contains(panel, ui.mouseX, ui.mouseY);
+    });
+}
+
 // Who holds the mouse, and what it does to this button: the one place that decides it.
 static ButtonState buttonState(Ui& ui, uint32_t id, UiRect rect, bool enabled) {
     ButtonState state;
@@ -19,7 +31,7 @@ static ButtonState buttonState(Ui& ui, uint32_t id, UiRect rect, bool enabled) {
         if (ui.mouseReleased && ui.activeId == id) ui.activeId = 0;
         return state;
     }
-    const bool hovered = contains(rect, ui.mouseX, ui.mouseY);
+    const bool hovered = contains(rect, ui.mouseX, ui.mouseY) && !pointerOnLaterPanel(ui);
     if (hovered && ui.mousePressed) ui.activeId = id;
     if (ui.activeId != id) {
         state.bright = hovered;
@@ -65,6 +77,7 @@ bool uiButton(Ui& ui, uint32_t id, UiRect rect, const char* label, bool enabled,
 }
 
 void uiPanel(Ui& ui, UiRect rect, float radius, float frameThickness) {
+    ui.panels.push_back(rect);
     uiRoundRect(ui, rect, radius, colPanel);
     uiFrame(ui, rect, frameThickness, colFrame);
 }

@@ -7,7 +7,7 @@
 bool uiButton(Ui& ui, uint32_t id, UiRect rect, const char* label, bool enabled, bool primary, int size,
               bool bold = false);
 
-// The body and the frame that all panels and cards share.
+// The body and the frame that all panels and cards share. What was drawn before is dead where it covers it.
 void uiPanel(Ui& ui, UiRect rect, float radius, float frameThickness);
 // Takes what is drawn so far back behind what comes.
 void uiDimWindow(Ui& ui, float alpha);

@@ -130,8 +130,9 @@ void updateCamera(Camera& camera, const Input& input, float dt) {
     if (input.keysHeld[KEY_Q]) camera.yaw -= 1.8f * dt;
     if (input.keysHeld[KEY_E]) camera.yaw += 1.8f * dt;
 
-    const float dx = input.mouseX - camera.previousInput.mouseX;
-    const float dy = input.mouseY - camera.previousInput.mouseY;
+    const bool known = pointerIsSomewhere(input) && pointerIsSomewhere(camera.previousInput);
+    const float dx = known ? input.mouseX - camera.previousInput.mouseX : 0.0f;
+    const float dy = known ? input.mouseY - camera.previousInput.mouseY : 0.0f;
     if (input.rightHeld) {
         camera.yaw -= dx * 0.005f;
         camera.pitch += dy * 0.003f;

@@ -14,7 +14,7 @@ struct Camera {
     float yaw = 0.0f;                     // radians; the eye lies towards (sin yaw, cos yaw)
     float pitch = 0.55f;                  // radians above the horizon, 0.52 to 1.35
     float distance = 330.0f;              // world units from the target, 40 to 420
-    Input previousInput;                  // of the frame before, for the mouse delta only
+    Input previousInput;                  // of the frame before: where the mouse was, what was held
 };
 
 // `dt` in seconds. The caller stores the frame's input in `previousInput` when the frame is done.

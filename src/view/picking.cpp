@@ -66,7 +66,7 @@ static Vec3 groundHit(const City& city, const Ray& ray, float above, float below
 }
 
 bool pickCell(const App& app, const Input& input, int& outX, int& outY) {
-    if (input.drawableWidth <= 0 || input.drawableHeight <= 0) return false;
+    if (input.drawableWidth <= 0 || input.drawableHeight <= 0 || !pointerIsSomewhere(input)) return false;
     Ray ray;
     if (!mouseRay(app, input, ray)) return false;
 

@@ -171,6 +171,18 @@ TEST_F(FrameTest, TheInputIsKeptForTheNextFramesMouseDelta) {
     EXPECT_EQ(app.camera.previousInput.mouseX, 123.0f);
 }
 
+TEST_F(FrameTest, BeforeTheMouseHasMovedTheViewStandsAndNothingIsPointedAt) {
+    const Vec3 target = app.camera.target;
+    Input untouched;
+    untouched.drawableWidth = 1600;
+    untouched.drawableHeight = 900;
+    input = untouched;
+    for (int frame = 0; frame < 60; frame++) step(0.1f);
+    EXPECT_EQ(app.camera.target, target);
+    EXPECT_EQ(app.meshes.hoverX, -1);
+    EXPECT_FALSE(app.hoverValid);
+}
+
 TEST_F(FrameTest, AnyWindowSizeIsSurvived) {
     for (const auto& [width, height] :
          {std::pair{0, 0}, {1, 1}, {0, 900}, {1600, 0}, {8000, 300}, {-5, -5}}) {

@@ -367,6 +367,63 @@ TEST_F(SessionTest, WhilePausedTheCameraMovesAndTimeAndToolsDoNot) {
     EXPECT_EQ(app.meshes.hoverX, -1);
 }
 
+TEST_F(SessionTest, TheWheelOverTheInterfaceIsNotTheCameras) {
+    const auto distanceAfterAStepAt = [&](float x, float y) {
+        app.camera.distance = 190.0f;
+        input.mouseX = x;
+        input.mouseY = y;
+        input.wheel = 1.0f;
+        frame();
+        return app.camera.distance;
+    };
+    EXPECT_LT(distanceAfterAStepAt(800, 450), 190.0f);
+    EXPECT_EQ(distanceAfterAStepAt(800, 20), 190.0f);  // the top bar
+    EXPECT_EQ(distanceAfterAStepAt(100, 300), 190.0f); // the tools
+    EXPECT_EQ(distanceAfterAStepAt(1500, 300), 190.0f);
+    EXPECT_EQ(distanceAfterAStepAt(800, 850), 190.0f);
+}
+
+TEST_F(SessionTest, ADragThatBeganOnTheInterfaceIsNotTheCameras) {
+    const Camera before = app.camera;
+    for (uint8_t Input::*button : {&Input::rightHeld, &Input::middleHeld}) {
+        input.mouseX = 100; // the tools
+        input.mouseY = 300;
+        input.*button = 1;
+        frame();
+        input.mouseX = 800; // over the land, where it would turn or pull
+        frame();
+        input.mouseX = 850;
+        frame();
+        EXPECT_EQ(app.camera.yaw, before.yaw);
+        EXPECT_EQ(app.camera.target, before.target);
+        input.*button = 0;
+        frame();
+    }
+}
+
+TEST_F(SessionTest, ADragOfTheViewGoesOnOverTheInterface) {
+    input.mouseX = 800;
+    input.mouseY = 450;
+    frame();
+    input.rightHeld = 1;
+    frame();
+    input.mouseX = 100;
+    frame();
+    const float turned = app.camera.yaw;
+    EXPECT_NE(turned, 0.8f);
+    input.mouseX = 50;
+    frame();
+    EXPECT_NE(app.camera.yaw, turned);
+}
+
+TEST_F(SessionTest, TheTopEdgePansUnderTheBar) {
+    const Vec3 before = app.camera.target;
+    input.mouseX = 800;
+    input.mouseY = 5;
+    frame(0.05f);
+    EXPECT_NE(app.camera.target, before);
+}
+
 TEST_F(SessionTest, AFinishedMissionIsHeard) {
     app.speed = 1;
     layRoads(app.city, 40, 40, 59, 40);

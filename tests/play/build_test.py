@@ -198,6 +198,23 @@ class Building(InTheDemoCity):
 
 
 class WhatMovesTheView(InTheDemoCity):
+    def test_of_two_drags_in_one_breath_neither_is_lost(self):
+        first, second = (CENTRE, AWAY), ((320, 230), (230, 240))
+        self.game.press("z")
+        self.game.drag(1, *first)
+        self.game.drag(1, *second)
+        expected = self.new_cells(ZONE_OF)
+        self.assertGreater(len(expected), 6)
+        self.game.load(self.city)
+        self.game.point(*first[0])
+        self.game.xdotool("mousedown", "1")
+        self.game.point(*first[1])
+        self.game.xdotool("mouseup", "1", "mousemove", "--window", self.game.window, *map(str, second[0]),
+                          "mousedown", "1", "mousemove", "--window", self.game.window, *map(str, second[1]),
+                          "mouseup", "1", "mousemove", "--window", self.game.window, *map(str, CENTRE))
+        self.game.frames(4)
+        self.assertEqual(self.new_cells(ZONE_OF), expected)
+
     def test_a_drag_that_leaves_the_window_goes_on_when_it_comes_back(self):
         self.game.press("r")
         self.game.xdotool("mousedown", "1")
@@ -219,7 +236,7 @@ class WhatMovesTheView(InTheDemoCity):
         self.game.xdotool("windowunmap", self.game.window)
         time.sleep(0.5)
         self.game.xdotool("windowmap", "--sync", self.game.window)
-        self.game.xdotool("windowfocus", "--sync", self.game.window)
+        self.game.focus(self.game.window)
         self.game.frames()
 
 

@@ -7,6 +7,7 @@ from driver import Game, Screen, wait_until
 SCENE = dict(OV_DEMO="1", OV_STATE="hour=16.5,focus=60:40,dist=100,speed=0")
 WINDOW = (640, 360)
 CENTRE = (300, 180)
+TOOL_PANEL, TOP_BAR = (60, 270), (300, 25)  # places without a button
 MOVED = 0.5   # mean difference of a colour channel that any movement of the view goes beyond
 STILL = 0.25  # and that a view at rest stays below
 
@@ -18,6 +19,7 @@ class CameraAnswers(unittest.TestCase):
         cls.addClassCleanup(cls.screen.__exit__)
         cls.game = Game(cls.screen, window=WINDOW, **SCENE)
         cls.addClassCleanup(cls.game.__exit__)
+        cls.other = cls.screen.open_window()
 
     def setUp(self):
         self.game.point(*CENTRE)
@@ -26,6 +28,11 @@ class CameraAnswers(unittest.TestCase):
     def look(self):
         """Remembers the view once it has come to rest."""
         self.before = self.game.settled_picture(STILL)
+
+    def look_without_a_highlight(self):
+        """That of the cell under the pointer."""
+        self.game.point(*TOP_BAR)
+        self.look()
 
     def away(self):
         return self.game.picture().difference(self.before)
@@ -81,6 +88,57 @@ class CameraAnswers(unittest.TestCase):
     def test_the_window_edge_pans(self):
         self.game.point(WINDOW[0] - 2, 180)
         self.wait_for_movement("edge")
+
+    def test_a_pointer_beside_the_window_moves_nothing(self):
+        self.look_without_a_highlight()
+        for x, y in ((WINDOW[0] + 30, 180), (300, WINDOW[1] + 30)):
+            self.game.point(x, y)
+            self.game.frames(6)
+            self.assertLess(self.away(), STILL)
+
+    def test_while_another_window_has_the_focus_the_pointer_moves_nothing(self):
+        self.look_without_a_highlight()
+        self.focus_another_window()
+        self.game.point(WINDOW[0] - 2, 180)  # the edge that would pan
+        self.game.wheel(3)
+        self.game.frames(8)
+        self.assertLess(self.away(), STILL)
+        self.game.point(WINDOW[0] + 30, 180)
+        self.game.frames(8)
+        self.assertLess(self.away(), STILL)
+        self.game.point(WINDOW[0] - 2, 180)
+        self.come_back()
+        self.wait_for_movement("edge")
+
+    def test_a_key_that_is_down_when_the_focus_comes_back_is_not_pressed(self):
+        self.focus_another_window()
+        with self.game.held("Tab"):
+            self.come_back()
+            self.game.frames(3)
+            self.assertLess(self.away(), MOVED)
+        self.game.press("Tab")
+        wait_until(lambda: self.away() > MOVED, "no overlay")
+        for _ in range(5):
+            self.game.press("Tab")
+
+    def focus_another_window(self):
+        self.game.focus(self.other)
+        self.game.in_play = False  # it would not hear F5
+
+    def come_back(self):
+        self.game.focus(self.game.window)
+        self.game.in_play = True
+
+    def test_over_the_interface_wheel_and_drags_are_not_the_cameras(self):
+        self.look_without_a_highlight()
+        for place in (TOOL_PANEL, TOP_BAR):
+            self.game.point(*place)
+            self.game.wheel(4)
+            for button in (2, 3):
+                self.game.drag(button, place, CENTRE)
+            self.game.point(*TOP_BAR)
+            self.game.frames(2)
+            self.assertLess(self.away(), STILL)
 
 
 class TitleViewTurns(unittest.TestCase):

@@ -99,6 +99,17 @@ class Screen:
                 ["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"], env=environment, stdout=subprocess.PIPE,
                 stderr=subprocess.DEVNULL).stdout, "no window manager")
 
+    def open_window(self):
+        """Another program's, in the lower right corner."""
+        environment = {**os.environ, "DISPLAY": self.display}
+        self.processes.append(subprocess.Popen(["xev", "-geometry", "80x60+1800+980"], env=environment,
+                                               stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
+        search = ["xdotool", "search", "--onlyvisible", "--name", "^Event Tester$"]
+        found = lambda: subprocess.run(search, env=environment, stdout=subprocess.PIPE,
+                                       stderr=subprocess.DEVNULL).stdout.split()
+        wait_until(found, "no other window")
+        return found()[0].decode()
+
     def __enter__(self):
         return self
 
@@ -141,7 +152,7 @@ class Game:
         self.slowest_frame = 0.0  # seconds, of those that a save has measured
         try:
             self.window = self.wait_for_window()
-            self.xdotool("windowfocus", "--sync", self.window)
+            self.focus(self.window)
             wait_until(self.draws, "nothing was drawn")
             if window:
                 self.resize(*window)
@@ -151,6 +162,9 @@ class Game:
 
     def draws(self):
         return max(self.picture().mean()) >= 1.0  # an undrawn window is black
+
+    def focus(self, window):
+        self.xdotool("windowfocus", "--sync", window)
 
     def resize(self, width, height):
         """With the pointer in the new middle: at an edge it would move the view."""
@@ -215,7 +229,8 @@ class Game:
         if os.path.exists(self.save_path):
             os.remove(self.save_path)
         start = time.monotonic()
-        self.xdotool("key", "F5")
+        # Up again at once: a key that is down while the focus comes does not count as pressed.
+        self.xdotool("key", "--delay", "0", "F5")
         while not self.save_is_whole():
             assert self.process.poll() is None, "the program ended"
             assert time.monotonic() < start + PATIENCE, "nothing was saved"
@@ -238,7 +253,7 @@ class Game:
 
     def press(self, *keys):
         for key in keys:
-            self.xdotool("key", key)
+            self.xdotool("key", "--delay", "0", key)
         self.frames()
 
     @contextlib.contextmanager

@@ -11,6 +11,7 @@ from mouse import (BROWN, BUDGET, CATEGORIES, CHART, CLOSE, DISTRICT_TAX, DISTRI
 WINDOW = (960, 540)  # the smallest in which nothing is squeezed
 # Places on the level land in the middle of every new map, in the first view of it.
 STREET, HOMES, DISTRICT_LAND = ((0, 300), (-140, 300)), ((0, 360), (-90, 400)), ((0, 220), (90, 230))
+BELOW_THE_PANEL = (-450, 557)  # the lower edge of the sixth service tool
 PLANT, PUMP, NOWHERE = (140, 400), (170, 300), (0, 560)
 
 HOUR, MONEY, TAX_RATE, DISTRICT_TAXES, DISTRICT_POLICIES = 16, 20, 112, 160, 196  # offsets in the save
@@ -191,6 +192,32 @@ class ByMouse(unittest.TestCase):
     def written(self, line):
         with open(self.game.settings_path) as file:
             return line + "\n" in file
+
+    # --- What lies under a panel or a button
+
+    def test_the_menu_under_the_options_is_dead(self):
+        self.start(OV_DEMO="1")
+        self.game.in_play = False
+        self.mouse.click(MENU)
+        self.mouse.wait_for(PAUSE["settings"], BROWN, 140)
+        os.remove(self.game.save_path)
+        self.mouse.click(PAUSE["settings"])
+        self.mouse.wait_for(OPTIONS["back"], GOLD, 100)
+        for row in ("save", "quit"):
+            self.mouse.click((-60, PAUSE[row][1]))  # on the options' own empty space
+        self.mouse.click(OPTIONS["back"])
+        self.mouse.wait_for(PAUSE["resume"], GOLD, 140)
+        self.assertFalse(os.path.exists(self.game.save_path))
+
+    def test_what_hangs_over_the_tool_panel_is_a_button_and_no_land(self):
+        self.start(OV_DEMO="1", OV_STATE="focus=48:57,dist=140,speed=0,hour=12")
+        self.click(CATEGORIES["services"])
+        before = self.game.saved()
+        self.click(BELOW_THE_PANEL)
+        self.mouse.wait_for(TOOLS[5], GOLD)
+        after = self.game.saved()
+        self.assertEqual(after.buildings(), before.buildings())
+        self.assertEqual(after.number("d", MONEY), before.number("d", MONEY))
 
     # --- Its ends
 

@@ -54,8 +54,8 @@ class Mouse:
         return like(seen, colour) or like(seen, [channel + 0.14 * (255 - channel) for channel in colour])
 
     def wait_for_frames(self, count=3):
-        """Until the land behind the launcher has turned so often, and all that came before has been read for certain.
-        No pointer may move earlier: a frame knows that there was a click, and only the last place of the pointer."""
+        """Until the land behind the launcher has turned so often, and all that came before has been read for
+        certain."""
         for _ in range(count):
             before = self.part(LAND)
             wait_until(lambda: self.part(LAND) != before, "the picture stands")

@@ -77,6 +77,18 @@ class Start(unittest.TestCase):
         self.assertGreater(green, blue)
         self.assertEqual(picture.pixel(600, 531), (204, 148, 51))  # the launcher's button that opens the game
 
+    def test_until_the_mouse_moves_the_view_stays_on_the_city(self):
+        """On its crossing: the land around it is as green as it is different in every run."""
+        self.be_plain()
+        for frames in ("2", "60"):
+            code, errors = run_to_end(self.home, timeout=PATIENCE, SDL_VIDEODRIVER="offscreen", OV_DEMO="1",
+                                      OV_STATE="focus=48:48,hour=12,dist=60", OV_SHOT=self.shot, OV_FRAMES=frames)
+            self.assertEqual((code, errors), (0, NO_MUSIC))
+            picture = read_bmp(self.shot)
+            middle = [picture.pixel(x, y) for y in range(320, 400, 4) for x in range(600, 680, 4)]
+            grass = sum(green > max(red, blue) + 20 for red, green, blue in middle)
+            self.assertLess(grass, 0.3 * len(middle), frames)
+
     def test_a_picture_that_cannot_be_written_is_silent(self):
         code, errors = run_to_end(self.home, SDL_VIDEODRIVER="offscreen", OV_SHOT="/nonexistent/x.bmp", OV_FRAMES="1")
         self.assertEqual((code, errors), (0, NO_MUSIC))

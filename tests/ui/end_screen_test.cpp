@@ -85,6 +85,8 @@ TEST_F(EndScreenTest, TheMainMenuLeavesThePause) {
     EXPECT_FALSE(app.paused);
 }
 
+TEST_F(EndScreenTest, WhatTheCardCoversIsDead) { expectCoveredCategoryIsDead(4); }
+
 TEST_F(EndScreenTest, TheLastButtonEndsBelowTheCard) {
     app.city.bankrupt = 1;
     draw();

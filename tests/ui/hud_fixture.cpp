@@ -1,7 +1,9 @@
 #include "ui/hud_fixture.h"
 
+#include "app/tools.h"
 #include "ui/end_screen.h"
 #include "ui/game_screen.h"
+#include "ui/hud_layout.h"
 #include "ui/ui_helpers.h"
 
 #include <algorithm>
@@ -53,6 +55,16 @@ void HudTest::clickOn(const std::string& words) {
 
 static UiRect rectOf(const UiVertex* corners) {
     return {corners[0].x, corners[0].y, corners[2].x - corners[0].x, corners[2].y - corners[0].y};
+}
+
+void HudTest::expectCoveredCategoryIsDead(int category) {
+    resize(640, 600);
+    draw();
+    const UiRect button = categoryButton(hudLayout(app.ui), category);
+    click(button.x + button.w - 10.0f, middleY(button));
+    EXPECT_EQ(app.currentCategory, CATEGORY_SELECT);
+    click(button.x + 10.0f, middleY(button));
+    EXPECT_EQ(app.currentCategory, category);
 }
 
 std::vector<Label> HudTest::texts() const {

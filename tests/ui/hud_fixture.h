@@ -42,6 +42,8 @@ protected:
     void click(float x, float y);
     void click(UiRect button);
     void clickOn(const std::string& words);
+    // In a narrow window, where a card in its middle covers the right ends of the category buttons.
+    void expectCoveredCategoryIsDead(int category);
 
     std::vector<Label> texts() const;
     std::vector<DrawnRect> rects() const;

@@ -1,5 +1,6 @@
 #include "ui/hud_layout.h"
 
+#include "app/tools.h"
 #include "ui/hud_fixture.h"
 
 class PointerOverHud : public HudTest {
@@ -50,6 +51,19 @@ TEST_F(PointerOverHud, TheBarsReachFromEdgeToEdge) {
 
 TEST_F(PointerOverHud, TheToolPanel) { expectHudIs({10, 54, 232, 500}); }
 TEST_F(PointerOverHud, TheRightPanelWhetherOrNotItShowsAnything) { expectHudIs({974, 54, 296, 572}); }
+
+TEST_F(PointerOverHud, TheSixthServiceToolHangsOverItsPanel) {
+    app.currentCategory = CATEGORY_SERVICES;
+    EXPECT_TRUE(overAt(18, 554));
+    EXPECT_TRUE(overAt(233.5f, 559.5f));
+    EXPECT_FALSE(overAt(17.5f, 556)); // beside the button
+    EXPECT_FALSE(overAt(234, 556));
+    EXPECT_FALSE(overAt(126, 560));
+    for (const int category : {0, 1, 2, 4, 5, 6}) {
+        app.currentCategory = static_cast<uint8_t>(category);
+        EXPECT_FALSE(overAt(126, 556)) << category;
+    }
+}
 
 TEST_F(PointerOverHud, TheRightPanelIs640HighAtMostAnd260AtLeast) {
     EXPECT_EQ(hudLayout(1280, 720).rightPanel.h, 572.0f);

@@ -18,6 +18,8 @@ TEST_F(PauseMenuTest, ItsCardStandsOverTheDimGame) {
     EXPECT_FALSE(says("Paused"));
 }
 
+TEST_F(PauseMenuTest, WhatItsCardCoversIsDead) { expectCoveredCategoryIsDead(4); }
+
 TEST_F(PauseMenuTest, FiveButtons) {
     app.saveExists = true;
     draw();

@@ -56,6 +56,20 @@ TEST_F(SettingsScreenTest, OptionsOpenedFromTheGameDimItsInterfaceFirst) {
     EXPECT_TRUE(shows("Menu"));
 }
 
+TEST_F(SettingsScreenTest, TheMenuUnderTheOptionsIsDeadAndTheInterfaceBesideThemIsNot) {
+    app.returnScreen = SCREEN_GAME;
+    app.paused = true;
+    show();
+    for (int row = 0; row < 5; row++) { // "Resume" to "Quit to title"
+        clickAt(600.0f, 286.0f + 54.0f * static_cast<float>(row));
+        EXPECT_EQ(app.screen, SCREEN_SETTINGS) << row;
+        EXPECT_TRUE(app.paused) << row;
+        EXPECT_FALSE(app.saveExists) << row;
+    }
+    clickAt(1253.0f, 22.0f);
+    EXPECT_EQ(app.speed, 3);
+}
+
 TEST_F(SettingsScreenTest, TheTitleStandsAtTheTop) {
     show();
     const DrawnText title = text("Settings");

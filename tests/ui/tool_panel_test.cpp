@@ -83,6 +83,12 @@ TEST_F(ToolPanelTest, ChoosingACategoryKeepsAToolOfIt) {
 TEST_F(ToolPanelTest, TheServicesReachBelowThePanelAndStillWork) {
     choose(CATEGORY_SERVICES);
     EXPECT_GT(toolRow(5).y + toolRow(5).h, 554.0f);
+    setTool(app, TOOL_POLICE_STATION);
+    input.mouseX = 126;
+    input.mouseY = 559;
+    input.leftPressed = input.leftHeld = 1;
+    frame(); // the map below sees the press before the button does
+    EXPECT_TRUE(app.city.buildings.empty());
     click(126, 559);
     EXPECT_EQ(app.currentTool, TOOL_BUS_DEPOT);
 }

@@ -195,6 +195,11 @@ TEST_F(TutorialTest, TheInterfaceBelowWorksAsUsual) {
     EXPECT_EQ(app.tutorialStep, 1);
 }
 
+TEST_F(TutorialTest, WhatTheCardCoversIsDead) {
+    show(0);
+    expectCoveredCategoryIsDead(5);
+}
+
 TEST_F(TutorialTest, ItGoesOnUnderThePauseMenu) {
     newCity(app);
     draw();

@@ -147,6 +147,54 @@ TEST_F(Widgets, OfTwoButtonsOverEachOtherTheLaterTakesThePress) {
     EXPECT_EQ(both(releaseAt(200, INSIDE)), std::pair(false, true));
 }
 
+// A button, a panel over its right half, and a button on that panel.
+TEST_F(Widgets, WhatAPanelCoversIsDeadAndWhatStandsOnItOrBesideItIsNot) {
+    constexpr UiRect PANEL = {200, 90, 300, 100};
+    const auto screen = [&](const Input& input) {
+        begin(input);
+        const bool below = uiButton(ui, 1, PLACE, "", true, false, 16);
+        uiPanel(ui, PANEL, 12, 2);
+        const bool above = uiButton(ui, 2, {320, 100, 100, 40}, "", true, false, 16);
+        return std::pair(below, above);
+    };
+    const auto clickAt = [&](float x) {
+        screen(pressAt(x, INSIDE));
+        return screen(releaseAt(x, INSIDE));
+    };
+    screen({});
+    EXPECT_EQ(clickAt(250), std::pair(false, false)); // the button goes on there, unseen
+    EXPECT_EQ(ui.activeId, 0u);
+    EXPECT_EQ(clickAt(150), std::pair(true, false));
+    EXPECT_EQ(clickAt(350), std::pair(false, true));
+
+    screen(mouseAt(250, INSIDE));
+    EXPECT_FLOAT_EQ(bodyColor().r, 0.30f);
+    screen(mouseAt(150, INSIDE));
+    EXPECT_GT(bodyColor().r, 0.30f);
+
+    screen(pressAt(150, INSIDE)); // and slipped under the panel
+    EXPECT_EQ(screen(releaseAt(250, INSIDE)), std::pair(false, false));
+}
+
+TEST_F(Widgets, WhatAPanelCoveredComesBackWithTheNextFrame) {
+    begin({});
+    uiPanel(ui, PLACE, 12, 2);
+    EXPECT_FALSE(button(pressAt(INSIDE, INSIDE)));
+    EXPECT_EQ(ui.activeId, 0u);
+    button(pressAt(INSIDE, INSIDE));
+    EXPECT_TRUE(button(releaseAt(INSIDE, INSIDE)));
+}
+
+TEST_F(Widgets, APanelThatGoesDoesNotKillTheOneAfterIt) {
+    begin({});
+    uiPanel(ui, {0, 0, 50, 50}, 12, 2);
+    uiPanel(ui, PLACE, 12, 2);
+    begin(pressAt(INSIDE, INSIDE));
+    uiPanel(ui, PLACE, 12, 2);
+    uiButton(ui, ID, PLACE, "", true, false, 16);
+    EXPECT_EQ(ui.activeId, ID);
+}
+
 TEST_F(Widgets, AButtonThatIsNoLongerDrawnKeepsThePressUntilTheNext) {
     button(pressAt(INSIDE, INSIDE));
     begin(releaseAt(INSIDE, INSIDE));

@@ -155,6 +155,30 @@ TEST(Camera, AHeldMouseButtonStopsThePanAtTheEdges) {
     }
 }
 
+TEST(Camera, APointerThatIsNowherePansNothing) {
+    Camera camera = newGameCamera();
+    Input input = stillInput();
+    input.mouseX = input.mouseY = POINTER_NOWHERE;
+    for (int frame = 0; frame < 60; frame++) updateCamera(camera, input, 0.1f);
+    EXPECT_EQ(camera.target, newGameCamera().target);
+}
+
+TEST(Camera, AHeldButtonTurnsTheViewOnlyBetweenTwoKnownPlaces) {
+    for (uint8_t Input::*button : {&Input::rightHeld, &Input::middleHeld}) {
+        Camera camera = newGameCamera();
+        Input input = stillInput();
+        input.*button = 1;
+        updateCamera(camera, input, 0.01f); // the pointer comes from nowhere
+        EXPECT_EQ(camera.target, newGameCamera().target);
+        EXPECT_EQ(camera.yaw, newGameCamera().yaw);
+        camera.previousInput = input;
+        input.mouseX = input.mouseY = POINTER_NOWHERE;
+        updateCamera(camera, input, 0.01f);
+        EXPECT_EQ(camera.target, newGameCamera().target);
+        EXPECT_EQ(camera.yaw, newGameCamera().yaw);
+    }
+}
+
 TEST(Camera, NoWheelLeavesTheDistanceUntouchedToTheBit) {
     Camera camera = newGameCamera();
     camera.distance = 187.65432f;

@@ -34,6 +34,8 @@ static Input windowInput() {
     Input input;
     input.drawableWidth = 1280;
     input.drawableHeight = 720;
+    input.mouseX = 640;
+    input.mouseY = 360;
     return input;
 }
 
@@ -266,6 +268,17 @@ TEST(Picking, TheSkyPicksNothing) {
     input.mouseY = 0;
     int x;
     int y;
+    EXPECT_FALSE(pickCell(app, input, x, y));
+}
+
+TEST(Picking, APointerThatIsNowherePicksNothing) {
+    App app = flatGame(10.0f);
+    setCamera(app, 384, 384, 0.0f, 1.35f, 190); // from where land is seen in all directions
+    Input input = windowInput();
+    int x;
+    int y;
+    EXPECT_TRUE(pickCell(app, input, x, y));
+    input.mouseX = input.mouseY = POINTER_NOWHERE;
     EXPECT_FALSE(pickCell(app, input, x, y));
 }
 
