@@ -37,12 +37,10 @@ static void setMultisampling(int buffers, int samples) {
 }
 
 static SDL_Window* createWindow(const Settings& settings) {
-    int width = 1280;
-    int height = 720;
-    resolutionSize(settings, width, height);
+    const SDL_Rect place = windowPlace(settings, 0, nullptr);
     uint32_t flags = SDL_WINDOW_OPENGL | SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI;
     if (settings.fullscreen) flags |= SDL_WINDOW_FULLSCREEN_DESKTOP;
-    return SDL_CreateWindow(PROGRAM_NAME, SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, width, height,
+    return SDL_CreateWindow(PROGRAM_NAME, SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, place.w, place.h,
                             flags);
 }
 
@@ -88,6 +86,7 @@ static bool openWindow(Window& window, const Settings& settings, GlLoader loader
 // False when the player asked the window system to end the program.
 static bool readInput(Input& input, SDL_Window* window) {
     beginInputFrame(input);
+    SDL_PumpEvents(); // the sizes below are those that the last of them tells
     int windowWidth;
     int windowHeight;
     int drawableWidth;

@@ -79,7 +79,8 @@ def read_xwd(data):
 
 
 class Screen:
-    """A virtual screen of its own."""
+    """A virtual screen of its own, with a window manager where one is asked for: True, or what is to stand in its
+    configuration."""
 
     def __init__(self, size="1920x1080", window_manager=False):
         read_end, write_end = os.pipe()
@@ -92,7 +93,13 @@ class Screen:
         self.processes = [server]
         if window_manager:  # full screen is its business
             environment = {**os.environ, "DISPLAY": self.display}
-            self.processes.append(subprocess.Popen(["openbox"], env=environment,
+            command = ["openbox"]
+            if window_manager is not True:
+                self.configuration = tempfile.NamedTemporaryFile("w", suffix=".xml")
+                print(f'<openbox_config xmlns="http://openbox.org/3.4/rc">{window_manager}</openbox_config>',
+                      file=self.configuration, flush=True)
+                command += ["--config-file", self.configuration.name]
+            self.processes.append(subprocess.Popen(command, env=environment,
                                                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
             # A window that is opened while it takes over the screen may never be shown.
             wait_until(lambda: b"window id" in subprocess.run(
