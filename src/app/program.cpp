@@ -139,10 +139,8 @@ static std::string preferenceFolder() {
 // name; a player without a display must be told.
 static bool startSdl() {
     if (SDL_Init(SDL_INIT_VIDEO | SDL_INIT_EVENTS) != 0) return false;
-    const std::string driver = SDL_GetCurrentVideoDriver();
-    if (SDL_GetHint(SDL_HINT_VIDEODRIVER) ||
-        (driver != "offscreen" && driver != "dummy" && driver != "evdev"))
-        return true;
+    const char* wanted = SDL_GetHint(SDL_HINT_VIDEODRIVER);
+    if (!isUnseen() || (wanted && wanted[0] != '\0')) return true;
     SDL_Quit();
     SDL_SetError("there is no display");
     return false;
