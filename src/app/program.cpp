@@ -12,6 +12,7 @@
 #include <memory>
 
 constexpr const char* PROGRAM_NAME = "Orlavane";
+constexpr int REST_TIME = 100; // milliseconds from one look at the update client to the next while minimised
 
 struct Window {
     SDL_Window* window = nullptr;
@@ -106,6 +107,11 @@ static bool readInput(Input& input, SDL_Window* window) {
     return running;
 }
 
+// A run that takes a picture needs its frames, seen or not.
+static bool mayRest(SDL_Window* window, const Capture& capture) {
+    return (SDL_GetWindowFlags(window) & SDL_WINDOW_MINIMIZED) != 0 && capture.shotPath.empty();
+}
+
 static void runLoop(App& app, Capture& capture, SDL_Window* window) {
     const double frequency = static_cast<double>(SDL_GetPerformanceFrequency());
     uint64_t previous = SDL_GetPerformanceCounter();
@@ -116,6 +122,11 @@ static void runLoop(App& app, Capture& capture, SDL_Window* window) {
         const uint64_t now = SDL_GetPerformanceCounter();
         const float dt = static_cast<float>(static_cast<double>(now - previous) / frequency);
         previous = now;
+        if (mayRest(window, capture)) {
+            if (!restFrame(app)) running = false;
+            SDL_WaitEventTimeout(nullptr, REST_TIME); // until the window is back, or anything else happens
+            continue;
+        }
         if (!stepFrame(app, input, dt)) running = false;
 
         if (captureFrame(capture, input.drawableWidth, input.drawableHeight)) running = false;

@@ -1,16 +1,17 @@
 """The window on a desktop whose manager has its own mind about sizes."""
 import os
 import re
-import signal
 import subprocess
+import tempfile
 import time
 import unittest
 
-from driver import PLAIN, Game, Screen, wait_until
-from mouse import GOLD, LAUNCHER, OPTIONS, TITLE, Mouse
+from driver import PATIENCE, Game, Screen, read_bmp, wait_until
+from mouse import GOLD, OPTIONS, Mouse
 
 MAXIMISE_KEY = '<keyboard><keybind key="F8"><action name="Maximize"/></keybind></keyboard>'
 REFUSE_SIZES = '<applications><application class="*"><fullscreen>yes</fullscreen></application></applications>'
+NO_ANIMATION = "<theme><animateIconify>no</animateIconify></theme>"  # a window that flies in is off the screen
 PANEL_BELOW = "<margins><bottom>40</bottom></margins>"
 
 
@@ -86,9 +87,32 @@ class Window(unittest.TestCase):
         time.sleep(seconds)
         return self.processor_time() - before
 
-    def minimise(self):
+    def rests(self, shown):
+        """Whether the game takes next to nothing of the processor time that it took in as long while it was shown."""
+        return self.spent(2) < shown / 5
+
+    def test_a_minimised_game_rests_and_comes_back(self):
+        self.start("1400x800", NO_ANIMATION, OV_DEMO="1", OV_STATE="speed=1")
+        shown = self.spent(2)
         self.game.xdotool("windowminimize", self.game.window)
-        wait_until(lambda: "IsUnMapped" in self.ask("xwininfo", "-id", self.game.window), "the window stays")
+        wait_until(lambda: self.rests(shown), "it does not rest")
+        self.game.xdotool("windowactivate", self.game.window)
+        self.game.wait_for_window()
+        wait_until(self.game.draws, "nothing was drawn")
+        self.game.sync()
+
+        self.game.xdotool("windowminimize", self.game.window)
+        wait_until(lambda: self.rests(shown), "it does not rest")
+        self.game.process.terminate()
+        self.assertEqual(self.game.process.wait(PATIENCE), 0)
+
+    def test_a_minimised_run_takes_its_picture(self):
+        with tempfile.TemporaryDirectory() as folder:
+            shot = os.path.join(folder, "shot.bmp")
+            self.start("1400x800", True, OV_SHOT=shot, OV_FRAMES="150")
+            self.game.xdotool("windowminimize", self.game.window)
+            self.assertEqual(self.game.process.wait(PATIENCE), 0)
+            self.assertEqual(read_bmp(shot).width, 1280)
 
 
 if __name__ == "__main__":
