@@ -36,8 +36,19 @@ SDL_Rect windowPlace(const Settings& settings, int display, SDL_Window* window) 
     return placeInside(bounds, room, width, height);
 }
 
-static void applyWindowedMode(SDL_Window* window, const Settings& settings) {
+// A window manager gives the frame back a moment later, or never where windows have none.
+static void leaveFullscreen(SDL_Window* window) {
     SDL_SetWindowFullscreen(window, 0);
+    for (int tries = 0; tries < 20; tries++) {
+        SDL_PumpEvents();
+        int above = 0;
+        if (SDL_GetWindowBordersSize(window, &above, nullptr, nullptr, nullptr) != 0 || above > 0) return;
+        SDL_Delay(10);
+    }
+}
+
+static void applyWindowedMode(SDL_Window* window, const Settings& settings) {
+    if (SDL_GetWindowFlags(window) & SDL_WINDOW_FULLSCREEN) leaveFullscreen(window);
     SDL_PumpEvents(); // they tell of the frame, and whether the window is maximised
     // A maximised window is not given another size.
     if (SDL_GetWindowFlags(window) & SDL_WINDOW_MAXIMIZED) SDL_RestoreWindow(window);

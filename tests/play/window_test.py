@@ -11,7 +11,6 @@ from mouse import GOLD, OPTIONS, Mouse
 
 MAXIMISE_KEY = '<keyboard><keybind key="F8"><action name="Maximize"/></keybind></keyboard>'
 REFUSE_SIZES = '<applications><application class="*"><fullscreen>yes</fullscreen></application></applications>'
-NO_ANIMATION = "<theme><animateIconify>no</animateIconify></theme>"  # a window that flies in is off the screen
 PANEL_BELOW = "<margins><bottom>40</bottom></margins>"
 
 
@@ -57,8 +56,18 @@ class Window(unittest.TestCase):
         self.choose("fps", "showFps", "1")
         self.assertEqual(self.game.geometry(), (1280, 720))
 
-    def test_the_first_window_stands_on_the_screen_with_its_frame(self):
+    def test_a_window_stands_on_the_screen_with_its_frame(self):
         self.start("1366x768", PANEL_BELOW, settings=dict(resolution=1, quality=0))
+        self.assert_on_screen()
+        self.mouse.open_title()
+        size = self.game.geometry()
+        for wanted in ((1366, 768), size):  # and again when it comes back from the full screen
+            self.game.xdotool("key", "F11")
+            wait_until(lambda: self.game.geometry() == wanted, lambda: f"the window is {self.game.geometry()}")
+        self.mouse.wait_for_frames()
+        self.assert_on_screen()
+
+    def assert_on_screen(self):
         tree = self.ask("xwininfo", "-id", self.game.window)
         left, top, width, height = (int(re.search(name + r":\s+(-?\d+)", tree)[1]) for name in (
             "Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
@@ -71,7 +80,6 @@ class Window(unittest.TestCase):
         self.assertLessEqual(top + height + below, 768 - 40)
         self.assertGreater(width, 1300)
         self.assertGreater(height, 650)
-        self.mouse.open_title()
 
     def ask(self, *words):
         return subprocess.run(words, env=self.game.environment, check=True, stdout=subprocess.PIPE).stdout.decode()
@@ -92,12 +100,11 @@ class Window(unittest.TestCase):
         return self.spent(2) < shown / 5
 
     def test_a_minimised_game_rests_and_comes_back(self):
-        self.start("1400x800", NO_ANIMATION, OV_DEMO="1", OV_STATE="speed=1")
+        self.start("1400x800", True, OV_DEMO="1", OV_STATE="speed=1")
         shown = self.spent(2)
         self.game.xdotool("windowminimize", self.game.window)
         wait_until(lambda: self.rests(shown), "it does not rest")
         self.game.xdotool("windowactivate", self.game.window)
-        self.game.wait_for_window()
         wait_until(self.game.draws, "nothing was drawn")
         self.game.sync()
 
