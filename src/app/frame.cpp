@@ -141,3 +141,8 @@ bool stepFrame(App& app, const Input& input, float dt) {
     app.camera.previousInput = input;
     return !app.quitRequested;
 }
+
+bool restFrame(App& app) {
+    updatePoll(app);
+    return !app.quitRequested;
+}

@@ -5,3 +5,7 @@
 
 // `dt` in seconds. False when the loop must end.
 bool stepFrame(App& app, const Input& input, float dt);
+
+// In place of stepFrame while the window is minimised: nothing is drawn and the city stands still, since
+// nobody would see it go bankrupt. The update client goes on. False when the loop must end.
+bool restFrame(App& app);

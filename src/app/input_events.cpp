@@ -127,7 +127,6 @@ bool readInputFrame(InputReader& reader, const PixelRatio& ratio) {
     bool running = true;
     bool full = false;
     SDL_Event event;
-    SDL_PumpEvents();
     while (!full && SDL_PeepEvents(&event, 1, SDL_GETEVENT, SDL_FIRSTEVENT, SDL_LASTEVENT) > 0) {
         handleInputEvent(reader, event, ratio);
         if (event.type == SDL_QUIT) running = false;

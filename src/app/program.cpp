@@ -12,6 +12,7 @@
 #include <memory>
 
 constexpr const char* PROGRAM_NAME = "Orlavane";
+constexpr int REST_TIME = 100; // milliseconds from one look at the update client to the next while minimised
 
 struct Window {
     SDL_Window* window = nullptr;
@@ -37,12 +38,10 @@ static void setMultisampling(int buffers, int samples) {
 }
 
 static SDL_Window* createWindow(const Settings& settings) {
-    int width = 1280;
-    int height = 720;
-    resolutionSize(settings, width, height);
+    const SDL_Rect place = windowPlace(settings, 0, nullptr);
     uint32_t flags = SDL_WINDOW_OPENGL | SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI;
     if (settings.fullscreen) flags |= SDL_WINDOW_FULLSCREEN_DESKTOP;
-    return SDL_CreateWindow(PROGRAM_NAME, SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, width, height,
+    return SDL_CreateWindow(PROGRAM_NAME, SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, place.w, place.h,
                             flags);
 }
 
@@ -87,6 +86,7 @@ static bool openWindow(Window& window, const Settings& settings, GlLoader loader
 
 // False when the player asked the window system to end the program.
 static bool readInput(InputReader& reader, SDL_Window* window) {
+    SDL_PumpEvents(); // the sizes below are those that the last of them tells
     int windowWidth;
     int windowHeight;
     int drawableWidth;
@@ -100,6 +100,11 @@ static bool readInput(InputReader& reader, SDL_Window* window) {
     return running;
 }
 
+// A run that takes a picture needs its frames, seen or not.
+static bool mayRest(SDL_Window* window, const Capture& capture) {
+    return (SDL_GetWindowFlags(window) & SDL_WINDOW_MINIMIZED) != 0 && !capture.shotPath;
+}
+
 static void runLoop(App& app, Capture& capture, SDL_Window* window) {
     const double frequency = static_cast<double>(SDL_GetPerformanceFrequency());
     uint64_t previous = SDL_GetPerformanceCounter();
@@ -111,6 +116,11 @@ static void runLoop(App& app, Capture& capture, SDL_Window* window) {
         const uint64_t now = SDL_GetPerformanceCounter();
         const float dt = static_cast<float>(static_cast<double>(now - previous) / frequency);
         previous = now;
+        if (mayRest(window, capture)) {
+            if (!restFrame(app)) running = false;
+            SDL_WaitEventTimeout(nullptr, REST_TIME); // until the window is back, or anything else happens
+            continue;
+        }
         if (!stepFrame(app, input, dt)) running = false;
 
         if (captureFrame(capture, input.drawableWidth, input.drawableHeight)) running = false;
@@ -134,10 +144,8 @@ static std::string preferenceFolder() {
 // name; a player without a display must be told.
 static bool startSdl() {
     if (SDL_Init(SDL_INIT_VIDEO | SDL_INIT_EVENTS) != 0) return false;
-    const std::string driver = SDL_GetCurrentVideoDriver();
-    if (SDL_GetHint(SDL_HINT_VIDEODRIVER) ||
-        (driver != "offscreen" && driver != "dummy" && driver != "evdev"))
-        return true;
+    const char* wanted = SDL_GetHint(SDL_HINT_VIDEODRIVER);
+    if (!isUnseen() || (wanted && wanted[0] != '\0')) return true;
     SDL_Quit();
     SDL_SetError("there is no display");
     return false;

@@ -1,10 +1,12 @@
-// The only door to the operating system besides SDL: platform_linux.cpp with http_linux.cpp, or
-// platform_windows.cpp, stand behind it.
+// The only door to the operating system besides SDL: platform_linux.cpp with http_linux.cpp and
+// window_linux.cpp, or platform_windows.cpp, stand behind it.
 #pragma once
 
 #include <cstdint>
 #include <cstdio>
 #include <string>
+
+struct SDL_Window;
 
 // File name of the game's executable in the program's folder.
 extern const char* const EXECUTABLE_NAME;
@@ -27,6 +29,10 @@ bool shellOpen(const std::string& path, bool hidden);
 // Starts the script that removes the game's folder and its shortcuts once the game has ended. False if
 // nothing has begun, as in a folder that the player may not remove.
 bool startRemoval(const std::string& exeDir);
+
+// After SDL has asked for another size of a window: makes it believe the size that the window has. By itself
+// it takes what it asked for as granted, but X11's window managers may refuse.
+void confirmWindowSize(SDL_Window* window);
 
 // How far httpFetch goes. The defaults are the game's; tests are less patient.
 struct HttpOptions {

@@ -79,6 +79,10 @@ bool shellOpen(const std::string& path, bool hidden) {
     return reinterpret_cast<INT_PTR>(result) > 32;
 }
 
+// --- The window
+
+void confirmWindowSize(SDL_Window*) {} // Windows answers SDL at once
+
 // --- Removal
 
 // The shortcuts that a setup program leaves.

@@ -165,6 +165,21 @@ TEST_F(FrameTest, TheLoopEndsWhenThePlayerQuits) {
     EXPECT_FALSE(step(0.01f));
 }
 
+TEST_F(FrameTest, AMinimisedGameTakesUpAFinishedUpdateTask) {
+    app.updateState = UPDATE_CHECKING;
+    app.updateTask = std::make_shared<UpdateTask>();
+    EXPECT_TRUE(restFrame(app));
+    EXPECT_EQ(app.updateState, UPDATE_CHECKING);
+    app.updateTask->done = 1;
+    EXPECT_TRUE(restFrame(app));
+    EXPECT_EQ(app.updateState, UPDATE_OFFLINE);
+}
+
+TEST_F(FrameTest, AMinimisedGameEndsWhenItsSetupProgramHasBegun) {
+    app.quitRequested = true; // what a fetched update leaves behind
+    EXPECT_FALSE(restFrame(app));
+}
+
 TEST_F(FrameTest, TheInputIsKeptForTheNextFramesMouseDelta) {
     input.mouseX = 123.0f;
     step(0.01f);

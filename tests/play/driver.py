@@ -55,6 +55,10 @@ class Picture:
         return tuple(value / count for value in total)
 
 
+def four_bytes_a_pixel(row):
+    return b"".join(row[x:x + 3] + b"\0" for x in range(0, len(row), 3))
+
+
 def read_bmp(path):
     with open(path, "rb") as file:
         data = file.read()
@@ -65,21 +69,24 @@ def read_bmp(path):
     stride = (3 * width + 3) // 4 * 4
     rows = []
     for y in range(height - 1, -1, -1):
-        row = data[start + y * stride:start + y * stride + 3 * width]
-        rows.append(b"".join(row[3 * x:3 * x + 3] + b"\0" for x in range(width)))
+        rows.append(four_bytes_a_pixel(data[start + y * stride:start + y * stride + 3 * width]))
     return Picture(width, height, rows)
 
 
 def read_xwd(data):
     header = struct.unpack_from(">25I", data)
     width, height, bits, stride, colours = header[4], header[5], header[11], header[12], header[19]
-    assert bits == 32 and header[7] == 0, "the virtual screen has four bytes a pixel, blue first"
+    assert bits in (24, 32) and header[7] == 0, "the virtual screen has blue first"
     start = header[0] + 12 * colours
-    return Picture(width, height, [data[start + y * stride:start + y * stride + 4 * width] for y in range(height)])
+    rows = [data[start + y * stride:start + y * stride + bits // 8 * width] for y in range(height)]
+    if bits == 24:  # xwd puts pictures together that another window is part of, as while windows move
+        rows = list(map(four_bytes_a_pixel, rows))
+    return Picture(width, height, rows)
 
 
 class Screen:
-    """A virtual screen of its own."""
+    """A virtual screen of its own, with a window manager where one is asked for: True, or what is to stand in its
+    configuration."""
 
     def __init__(self, size="1920x1080", window_manager=False):
         read_end, write_end = os.pipe()
@@ -92,7 +99,13 @@ class Screen:
         self.processes = [server]
         if window_manager:  # full screen is its business
             environment = {**os.environ, "DISPLAY": self.display}
-            self.processes.append(subprocess.Popen(["openbox"], env=environment,
+            command = ["openbox"]
+            if window_manager is not True:
+                self.configuration = tempfile.NamedTemporaryFile("w", suffix=".xml")
+                print(f'<openbox_config xmlns="http://openbox.org/3.4/rc">{window_manager}</openbox_config>',
+                      file=self.configuration, flush=True)
+                command += ["--config-file", self.configuration.name]
+            self.processes.append(subprocess.Popen(command, env=environment,
                                                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
             # A window that is opened while it takes over the screen may never be shown.
             wait_until(lambda: b"window id" in subprocess.run(
@@ -288,9 +301,15 @@ class Game:
         self.frames()
 
     def picture(self):
-        dump = subprocess.run(["xwd", "-silent", "-id", self.window], env=self.environment, check=True,
-                              stdout=subprocess.PIPE)
-        return read_xwd(dump.stdout)
+        """As soon as the window stands still on the screen."""
+        deadline = time.monotonic() + PATIENCE
+        while True:
+            dump = subprocess.run(["xwd", "-silent", "-id", self.window], env=self.environment,
+                                  stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+            if dump.returncode == 0:
+                return read_xwd(dump.stdout)
+            assert self.process.poll() is None, "the program ended"
+            assert time.monotonic() < deadline, "the window is not seen"
 
     def settled_picture(self, still):
         """The picture once it stays within `still` of itself for a few frames."""

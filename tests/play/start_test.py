@@ -47,9 +47,10 @@ class Start(unittest.TestCase):
         self.assertRegex(errors, r"^SDL could not start: .+\n$")
 
     def test_without_a_display_the_game_says_so(self):
-        code, errors = run_to_end(self.home)
-        self.assertEqual(code, 1)
-        self.assertRegex(errors, r"(?m)^SDL could not start: .+$")  # other lines are the video drivers' own
+        for unset in ({}, {"SDL_VIDEODRIVER": ""}):
+            code, errors = run_to_end(self.home, **unset)
+            self.assertEqual(code, 1)
+            self.assertRegex(errors, r"(?m)^SDL could not start: .+$")  # other lines are the video drivers' own
 
     def test_a_driver_without_opengl_gives_no_window(self):
         code, errors = run_to_end(self.home, SDL_VIDEODRIVER="dummy")
