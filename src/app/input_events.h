@@ -27,9 +27,10 @@ struct PixelRatio {
 // 1 on an axis whose window size is not positive.
 PixelRatio pixelRatio(int windowWidth, int windowHeight, int drawableWidth, int drawableHeight);
 
-// What happened since the frame before. A frame ends with a mouse button that goes down or up, and what comes
-// after it waits for the next one: so no click is lost to another, and each acts where the pointer was. False
-// when the player asked the window system to end the program.
+// What happened since the frame before, of the events that SDL_PumpEvents has gathered. A frame ends with a
+// mouse button that goes down or up, and what comes after it waits for the next one: so no click is lost to
+// another, and each acts where the pointer was. False when the player asked the window system to end the
+// program.
 bool readInputFrame(InputReader& reader, const PixelRatio& ratio);
 
 // The steps of readInputFrame.
