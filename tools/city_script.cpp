@@ -4,7 +4,7 @@
 #include "sim/build_tools.h"
 #include "sim/daily_tick.h"
 #include "sim/finance.h"
-#include "sim/grid_line.h"
+#include "sim/grid_rect.h"
 #include "sim/map_generation.h"
 #include "sim/save_file.h"
 
@@ -44,13 +44,10 @@ static void sayOutcome(std::string& answer, bool done, const City& city) {
     say(answer, int64_t{city.statusArg});
 }
 
-// How many cells of the rectangle's part of the map answer true, row by row from the top.
+// How many cells of the rectangle answer true.
 template<class Change> static int64_t countInRect(const Arguments& a, Change change) {
-    const auto [left, right] = std::minmax({a[0], a[2]});
-    const auto [top, bottom] = std::minmax({a[1], a[3]});
     int64_t count = 0;
-    for (int y = std::max(top, 0); y <= std::min(bottom, GRID_SIZE - 1); y++)
-        for (int x = std::max(left, 0); x <= std::min(right, GRID_SIZE - 1); x++) count += change(x, y);
+    walkRect(a[0], a[1], a[2], a[3], [&](int x, int y) { count += change(x, y); });
     return count;
 }
 
@@ -64,9 +61,7 @@ static void runRoad(City& city, const Arguments& a, std::string& answer) {
 }
 
 static void runLine(City& city, const Arguments& a, std::string& answer) {
-    int64_t count = 0;
-    walkLine(a[0], a[1], a[2], a[3], [&](int x, int y) { count += placeRoad(city, x, y, a[4]); });
-    say(answer, count);
+    say(answer, int64_t{placeRoadLine(city, a[0], a[1], a[2], a[3], a[4])});
 }
 
 static void runZone(City& city, const Arguments& a, std::string& answer) {
@@ -98,7 +93,7 @@ static void runBulldoze(City& city, const Arguments& a, std::string& answer) {
 }
 
 static void runBulldozeRect(City& city, const Arguments& a, std::string& answer) {
-    say(answer, countInRect(a, [&](int x, int y) { return bulldoze(city, x, y); }));
+    say(answer, int64_t{bulldozeRect(city, a[0], a[1], a[2], a[3])});
 }
 
 static void runTax(City& city, const Arguments& a, std::string& answer) {

@@ -1,12 +1,10 @@
 #include "app/tools.h"
 
 #include "sim/build_tools.h"
-#include "sim/grid_line.h"
+#include "sim/grid_rect.h"
 #include "ui/hud_layout.h"
 #include "view/hover.h"
 #include "view/picking.h"
-
-#include <algorithm>
 
 constexpr float STATUS_TIME = 6.0f; // seconds
 
@@ -149,9 +147,8 @@ bool toolCellValid(const App& app, int x, int y) {
     }
 }
 
-static bool applyRectToolToCell(App& app, int x, int y) {
+static bool paintCell(App& app, int x, int y) {
     if (isZoneTool(app.currentTool)) return setZone(app.city, x, y, zoneOfTool(app.currentTool));
-    if (app.currentTool == TOOL_BULLDOZE) return bulldoze(app.city, x, y);
     return setDistrict(app.city, x, y, app.currentTool == TOOL_PAINT_DISTRICT ? app.paintDistrict : 0);
 }
 
@@ -168,18 +165,16 @@ static void showRectStatus(App& app, uint32_t count) {
 
 void applyToolRect(App& app, int x0, int y0, int x1, int y1) {
     if (!isRectTool(app.currentTool)) return;
-    const auto [left, right] =
-        std::minmax({std::clamp(x0, 0, GRID_SIZE - 1), std::clamp(x1, 0, GRID_SIZE - 1)});
-    const auto [top, bottom] =
-        std::minmax({std::clamp(y0, 0, GRID_SIZE - 1), std::clamp(y1, 0, GRID_SIZE - 1)});
-    uint32_t count = 0;
-    for (int y = top; y <= bottom; y++)
-        for (int x = left; x <= right; x++) count += applyRectToolToCell(app, x, y);
+    int count = 0;
+    if (app.currentTool == TOOL_BULLDOZE)
+        count = bulldozeRect(app.city, x0, y0, x1, y1);
+    else
+        walkRect(x0, y0, x1, y1, [&](int x, int y) { count += paintCell(app, x, y); });
     followSelection(app);
 
     if (count == 0) return showCityStatus(app);
     audioPlayEffect(app.audio, app.currentTool == TOOL_BULLDOZE ? SOUND_DEMOLISH : SOUND_BUILD);
-    showRectStatus(app, count);
+    showRectStatus(app, static_cast<uint32_t>(count));
 }
 
 // --- The mouse
@@ -217,8 +212,7 @@ static void pressOnMap(App& app) {
 static void dragRoad(App& app) {
     if (app.hoverX == app.dragLastX && app.hoverY == app.dragLastY) return;
     const int type = roadOfTool(app.currentTool);
-    walkLine(app.dragLastX, app.dragLastY, app.hoverX, app.hoverY,
-             [&](int x, int y) { placeRoad(app.city, x, y, type); });
+    placeRoadLine(app.city, app.dragLastX, app.dragLastY, app.hoverX, app.hoverY, type);
     app.dragLastX = app.hoverX;
     app.dragLastY = app.hoverY;
     showCityStatus(app);

@@ -1,6 +1,8 @@
 #include "sim/build_tools.h"
 
 #include "sim/building_kinds.h"
+#include "sim/grid_line.h"
+#include "sim/grid_rect.h"
 #include "sim/networks.h"
 
 static constexpr float ROAD_MAX_SLOPE = 1.6f;
@@ -26,7 +28,8 @@ bool canPlaceRoad(const City& city, int x, int y, int type) {
     return cell.road == ROAD_NONE || (cell.road == ROAD_STREET && type == ROAD_AVENUE);
 }
 
-bool placeRoad(City& city, int x, int y, int type) {
+// All of a road but the networks, of which it reads nothing.
+static bool layRoad(City& city, int x, int y, int type) {
     if (!canPlaceRoad(city, x, y, type)) {
         const bool same = cellAt(city, x, y).road == type && type != ROAD_NONE;
         return refuse(city, same ? STATUS_ROAD_HERE : STATUS_NO_ROAD_HERE);
@@ -41,10 +44,17 @@ bool placeRoad(City& city, int x, int y, int type) {
     cell.hasTrees = 0;
     markCellDirty(city, x, y);
     city.roadsDirty = city.zonesDirty = city.overlayDirty = 1;
-    updateRoadAccess(city);
-    updateUtilities(city);
     return answer(city, type == ROAD_AVENUE ? STATUS_AVENUE_BUILT : STATUS_STREET_BUILT);
 }
+
+int placeRoadLine(City& city, int x0, int y0, int x1, int y1, int type) {
+    int count = 0;
+    walkLine(x0, y0, x1, y1, [&](int x, int y) { count += layRoad(city, x, y, type); });
+    if (count > 0) updateUtilities(city);
+    return count;
+}
+
+bool placeRoad(City& city, int x, int y, int type) { return placeRoadLine(city, x, y, x, y, type) > 0; }
 
 static bool canSetZone(const City& city, int x, int y, int zone) {
     if (!inMap(x, y) || zone < ZONE_NONE || zone > ZONE_INDUSTRIAL) return false;
@@ -129,35 +139,47 @@ bool placeBusStop(City& city, int x, int y) {
     return answer(city, STATUS_BUS_STOP_BUILT);
 }
 
-static void removeBuilding(City& city, int x, int y) {
+// What a drag of the bulldozer leaves for its end. It concerns the whole city, and no cell on the way reads
+// it.
+struct Demolition {
+    std::vector<uint8_t> demolished; // for each building: it is down, though still in the list
+    bool networksChanged = false;
+};
+
+// Takes the demolished out of the list, which keeps its order, and tells the cells. An index behind the list,
+// as a loaded file may have, stays behind it.
+static void removeDemolished(City& city, const std::vector<uint8_t>& demolished) {
+    const auto listed = static_cast<int32_t>(demolished.size());
+    std::vector<int32_t> newIndex(demolished.size(), -1);
+    int32_t kept = 0;
+    for (int32_t i = 0; i < listed; i++) {
+        if (demolished[i]) continue;
+        newIndex[i] = kept;
+        city.buildings[kept++] = city.buildings[i];
+    }
+    city.buildings.resize(kept);
+    for (Cell& cell : city.cells) {
+        if (cell.buildingIndex >= listed)
+            cell.buildingIndex -= listed - kept;
+        else if (cell.buildingIndex >= 0)
+            cell.buildingIndex = newIndex[cell.buildingIndex];
+    }
+}
+
+static void demolish(City& city, int x, int y, Demolition& demolition) {
     const int index = city.cells[cellIndex(x, y)].buildingIndex;
     const Building& building = city.buildings[index];
     city.money += REFUND_SHARE * buildingCost(building.kind, building.level);
-    city.buildings.erase(city.buildings.begin() + index);
-    for (Cell& cell : city.cells) {
-        if (cell.buildingIndex == index)
-            cell.buildingIndex = -1;
-        else if (cell.buildingIndex > index)
-            cell.buildingIndex--;
-    }
+    demolition.demolished[index] = 1;
+    demolition.networksChanged = true;
     markCellDirty(city, x, y);
     city.buildingsDirty = city.overlayDirty = 1;
-    updateUtilities(city);
 }
 
-static void removeRoad(City& city, int x, int y) {
-    city.cells[cellIndex(x, y)].road = ROAD_NONE;
-    markCellDirty(city, x, y);
-    city.roadsDirty = city.overlayDirty = 1;
-    updateRoadAccess(city);
-    updateUtilities(city);
-}
-
-bool bulldoze(City& city, int x, int y) {
-    if (!inMap(x, y)) return false;
+static bool bulldozeCell(City& city, int x, int y, Demolition& demolition) {
     Cell& cell = city.cells[cellIndex(x, y)];
-    if (buildingAt(city, x, y)) {
-        removeBuilding(city, x, y);
+    if (buildingAt(city, x, y) && !demolition.demolished[cell.buildingIndex]) {
+        demolish(city, x, y, demolition);
         return answer(city, STATUS_DEMOLISHED);
     }
     if (cell.busStop) {
@@ -166,7 +188,10 @@ bool bulldoze(City& city, int x, int y) {
         return answer(city, STATUS_BUS_STOP_REMOVED);
     }
     if (cell.road) {
-        removeRoad(city, x, y);
+        cell.road = ROAD_NONE;
+        demolition.networksChanged = true;
+        markCellDirty(city, x, y);
+        city.roadsDirty = city.overlayDirty = 1;
         return answer(city, STATUS_ROAD_REMOVED);
     }
     if (cell.zone) {
@@ -178,3 +203,17 @@ bool bulldoze(City& city, int x, int y) {
     if (setDistrict(city, x, y, 0)) return answer(city, STATUS_DISTRICT_CLEARED);
     return refuse(city, STATUS_NOTHING_HERE);
 }
+
+int bulldozeRect(City& city, int x0, int y0, int x1, int y1) {
+    Demolition demolition;
+    demolition.demolished.resize(city.buildings.size());
+    int count = 0;
+    walkRect(x0, y0, x1, y1, [&](int x, int y) { count += bulldozeCell(city, x, y, demolition); });
+    if (demolition.networksChanged) {
+        removeDemolished(city, demolition.demolished);
+        updateUtilities(city);
+    }
+    return count;
+}
+
+bool bulldoze(City& city, int x, int y) { return bulldozeRect(city, x, y, x, y) > 0; }

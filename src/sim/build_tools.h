@@ -1,11 +1,16 @@
 // The operations with which the player changes the land. Each pays, changes and answers at once, through
 // City::statusId and statusArg; a refusal changes neither money nor land. There is no undo.
+//
+// A drag is the operation on one cell after the other, with its last answer. It answers how many cells said
+// yes, and what concerns the whole city is done once at its end.
 #pragma once
 
 #include "sim/city.h"
 
 bool canPlaceRoad(const City& city, int x, int y, int type);
 bool placeRoad(City& city, int x, int y, int type);
+// On the cells of walkLine.
+int placeRoadLine(City& city, int x0, int y0, int x1, int y1, int type);
 
 // True if the cell changed. Leaves no status.
 bool setZone(City& city, int x, int y, int zone);
@@ -18,3 +23,5 @@ bool placeBusStop(City& city, int x, int y);
 
 // Takes away one thing, the first of: building, bus stop, road, zone, district.
 bool bulldoze(City& city, int x, int y);
+// On the cells of walkRect.
+int bulldozeRect(City& city, int x0, int y0, int x1, int y1);

@@ -177,25 +177,18 @@ using Grid = PerCell<float>;
 struct NetworkSource {
     int16_t x = 0;
     int16_t y = 0;
-    int32_t kind = 0;
+    int32_t reach = 0;     // half the side of its square, in cells
     int32_t remaining = 0; // buildings that it can still serve in this run
-    int32_t next = -1;     // in its pile
+    bool operator==(const NetworkSource&) const = default;
 };
 
-// Where the sources of one network reach. Sources of one kind on one cell form a pile, from which the first
-// that has something left serves. Only a loaded file has piles of more than one, but it may have huge ones.
-struct NetworkReach {
-    std::vector<int32_t> piles; // the first source of each
-    std::vector<int32_t> heads; // the first of each that may have something left in this run, -1 for none
-    Grid field = Grid(CELL_COUNT);
-    // The source that serves a cell as long as it has something left, -1 for none.
-    PerCell<int32_t> nearest = PerCell<int32_t>(CELL_COUNT, -1);
-};
-
+// Power or water.
 struct NetworkMemory {
     std::vector<NetworkSource> sources; // the active ones, in the order of City::buildings
-    NetworkReach power;
-    NetworkReach water;
+    std::vector<NetworkSource> drawn;   // those in `field` and `nearest`, all of them still full
+    Grid field = Grid(CELL_COUNT);
+    // The source nearest to a cell that it reaches, the first of equals, -1 for none.
+    PerCell<int32_t> nearest = PerCell<int32_t>(CELL_COUNT, -1);
 };
 
 // Providers of coverage may stand off the map in a loaded file; what lies farther out reaches no cell of it.
@@ -233,7 +226,8 @@ struct City {
     Grid powerField = Grid(CELL_COUNT);
     Grid waterField = Grid(CELL_COUNT);
     PerCell<int32_t> roadCapacity = PerCell<int32_t>(CELL_COUNT);
-    NetworkMemory networkMemory;
+    NetworkMemory powerMemory;
+    NetworkMemory waterMemory;
     CoverageMemory coverageMemory;
     TrafficMemory trafficMemory;
 

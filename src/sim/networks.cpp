@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <tuple>
 
 // What a source serves: buildings, and the half side of its square reach in cells.
 struct SourceRow {
@@ -28,125 +27,81 @@ static int chebyshev(int x0, int y0, int x1, int y1) {
     return std::max(std::abs(x0 - x1), std::abs(y0 - y1));
 }
 
-// Takes memory for as many sources as there are buildings, so that a day on which one is finished takes none.
-static void reserveSources(NetworkMemory& memory, size_t count) {
-    memory.sources.reserve(count);
-    for (NetworkReach* reach : {&memory.power, &memory.water}) {
-        reach->piles.reserve(count);
-        reach->heads.reserve(count);
-    }
-}
-
-// Lists the active sources with all that they have to give. True if they are others than in the run before.
-static bool collectSources(City& city) {
-    std::vector<NetworkSource>& sources = city.networkMemory.sources;
-    size_t count = 0;
-    bool changed = false;
+// Lists the active sources, all of them full.
+static void collectSources(City& city) {
+    city.powerMemory.sources.clear();
+    city.waterMemory.sources.clear();
     for (const Building& building : city.buildings) {
         if (!isSource(building.kind) || !isFinished(building) || !building.roadAccess) continue;
-        if (count == sources.size()) sources.emplace_back();
-        NetworkSource& source = sources[count++];
-        changed |= source.x != building.x || source.y != building.y || source.kind != building.kind;
-        source.x = building.x;
-        source.y = building.y;
-        source.kind = building.kind;
-        source.remaining = sourceRow(building.kind).capacity;
-    }
-    changed |= count != sources.size();
-    sources.resize(count);
-    return changed;
-}
-
-static void buildPiles(std::vector<NetworkSource>& sources, bool water, NetworkReach& reach) {
-    std::vector<int32_t>& sorted = reach.heads;
-    sorted.clear();
-    for (size_t i = 0; i < sources.size(); i++)
-        if (isWaterSource(sources[i].kind) == water) sorted.push_back(static_cast<int32_t>(i));
-    const auto place = [&sources](int32_t i) {
-        return std::tuple(sources[i].y, sources[i].x, sources[i].kind);
-    };
-    std::sort(sorted.begin(), sorted.end(), [&place](int32_t a, int32_t b) {
-        return std::tuple_cat(place(a), std::tuple(a)) < std::tuple_cat(place(b), std::tuple(b));
-    });
-
-    reach.piles.clear();
-    for (size_t i = 0; i < sorted.size(); i++) {
-        sources[sorted[i]].next = -1;
-        if (i > 0 && place(sorted[i - 1]) == place(sorted[i]))
-            sources[sorted[i - 1]].next = sorted[i];
-        else
-            reach.piles.push_back(sorted[i]);
+        const SourceRow& row = sourceRow(building.kind);
+        NetworkMemory& network = isWaterSource(building.kind) ? city.waterMemory : city.powerMemory;
+        network.sources.push_back({building.x, building.y, row.reach, row.capacity});
     }
 }
 
-// Draws the reach of every source, also of one that has nothing left to give, and finds the nearest to each
-// cell, the first in the list of equals.
-static void drawReach(const std::vector<NetworkSource>& sources, NetworkReach& reach) {
-    std::array<uint8_t, CELL_COUNT> best;
-    best.fill(255);
-    std::fill(reach.field.begin(), reach.field.end(), 0.0f);
-    std::fill(reach.nearest.begin(), reach.nearest.end(), -1);
-    for (const int32_t pile : reach.piles) {
-        const NetworkSource& source = sources[pile];
-        const int radius = sourceRow(source.kind).reach;
-        const int x0 = std::max(source.x - radius, 0);
-        const int x1 = std::min(source.x + radius, GRID_SIZE - 1);
-        const int y0 = std::max(source.y - radius, 0);
-        const int y1 = std::min(source.y + radius, GRID_SIZE - 1);
+// Draws the reach of every source, also of one that will have nothing left to give, and finds the nearest to
+// each cell, unless these are the sources of the last run.
+static void drawReach(NetworkMemory& network) {
+    if (network.drawn == network.sources) return;
+    network.drawn = network.sources;
+
+    std::array<int32_t, CELL_COUNT> best;
+    best.fill(GRID_SIZE);
+    std::fill(network.field.begin(), network.field.end(), 0.0f);
+    std::fill(network.nearest.begin(), network.nearest.end(), -1);
+    for (size_t i = 0; i < network.sources.size(); i++) {
+        const NetworkSource& source = network.sources[i];
+        const int x0 = std::max(source.x - source.reach, 0);
+        const int x1 = std::min(source.x + source.reach, GRID_SIZE - 1);
+        const int y0 = std::max(source.y - source.reach, 0);
+        const int y1 = std::min(source.y + source.reach, GRID_SIZE - 1);
         for (int y = y0; y <= y1; y++)
             for (int x = x0; x <= x1; x++) {
                 const int cell = cellIndex(x, y);
                 const int distance = chebyshev(source.x, source.y, x, y);
-                const float value = 1.0f - static_cast<float>(distance) / static_cast<float>(radius + 1);
-                reach.field[cell] = std::max(reach.field[cell], value);
-                if (distance > best[cell] || (distance == best[cell] && pile > reach.nearest[cell])) continue;
-                best[cell] = static_cast<uint8_t>(distance);
-                reach.nearest[cell] = pile;
+                const float value =
+                    1.0f - static_cast<float>(distance) / static_cast<float>(source.reach + 1);
+                network.field[cell] = std::max(network.field[cell], value);
+                if (distance >= best[cell]) continue;
+                best[cell] = distance;
+                network.nearest[cell] = static_cast<int32_t>(i);
             }
     }
 }
 
-static void updateSources(City& city) {
-    NetworkMemory& memory = city.networkMemory;
-    reserveSources(memory, city.buildings.size());
-    if (collectSources(city)) {
-        buildPiles(memory.sources, false, memory.power);
-        buildPiles(memory.sources, true, memory.water);
-        drawReach(memory.sources, memory.power);
-        drawReach(memory.sources, memory.water);
-    }
-    memory.power.heads = memory.power.piles;
-    memory.water.heads = memory.water.piles;
-}
-
-// The nearest source that reaches the place and has something left, the first in the list of equals; -1 for
-// none.
-static int searchSource(const std::vector<NetworkSource>& sources, NetworkReach& reach, int x, int y) {
-    int nearest = -1;
+// The nearest source that reaches the place and has something left, the first of equals; nullptr for none. No
+// source is nearer than `least`, so that the first as near as that ends the search.
+static NetworkSource* searchSource(std::vector<NetworkSource>& sources, int x, int y, int least) {
+    NetworkSource* nearest = nullptr;
     int best = 0;
-    for (int32_t& head : reach.heads) {
-        while (head >= 0 && sources[head].remaining == 0) head = sources[head].next;
-        if (head < 0) continue;
-        const NetworkSource& source = sources[head];
+    for (NetworkSource& source : sources) {
+        if (source.remaining == 0) continue;
         const int distance = chebyshev(source.x, source.y, x, y);
-        if (distance > sourceRow(source.kind).reach) continue;
-        if (nearest >= 0 && (distance > best || (distance == best && head > nearest))) continue;
-        nearest = head;
+        if (distance > source.reach || (nearest && distance >= best)) continue;
+        nearest = &source;
         best = distance;
+        if (best == least) break;
     }
     return nearest;
 }
 
-// Takes one unit for the building. Most find the nearest source of their cell still full enough; only the
-// others search.
-static bool takeUnit(std::vector<NetworkSource>& sources, NetworkReach& reach, const Building& building) {
-    const bool onMap = inMap(building.x, building.y);
-    int source = onMap ? reach.nearest[cellIndex(building.x, building.y)] : -1;
-    if (onMap && source < 0) return false;
-    if (!onMap || sources[source].remaining == 0)
-        source = searchSource(sources, reach, building.x, building.y);
-    if (source < 0) return false;
-    sources[source].remaining--;
+// Most buildings find the nearest source of their cell still full enough; only the others search.
+static NetworkSource* findSource(NetworkMemory& network, int x, int y) {
+    int least = 0;
+    if (inMap(x, y)) {
+        const int nearest = network.nearest[cellIndex(x, y)];
+        if (nearest < 0) return nullptr;
+        NetworkSource& source = network.sources[nearest];
+        if (source.remaining > 0) return &source;
+        least = chebyshev(source.x, source.y, x, y);
+    }
+    return searchSource(network.sources, x, y, least);
+}
+
+static bool takeUnit(NetworkMemory& network, const Building& building) {
+    NetworkSource* source = findSource(network, building.x, building.y);
+    if (!source) return false;
+    source->remaining--;
     return true;
 }
 
@@ -156,16 +111,15 @@ static bool needsNoNetwork(int kind) { return kind == KIND_PARK || isSource(kind
 static bool needsWater(int kind) { return kind <= KIND_SCHOOL; }
 
 // Water is taken also by a building that gets no power.
-static void serveBuilding(NetworkMemory& memory, Building& building) {
+static void serveBuilding(City& city, Building& building) {
     const bool finished = isFinished(building);
     if (needsNoNetwork(building.kind)) {
         building.powered = building.watered = 1;
         building.working = finished && building.roadAccess;
         return;
     }
-    building.powered = finished && takeUnit(memory.sources, memory.power, building);
-    building.watered =
-        !needsWater(building.kind) || (finished && takeUnit(memory.sources, memory.water, building));
+    building.powered = finished && takeUnit(city.powerMemory, building);
+    building.watered = !needsWater(building.kind) || (finished && takeUnit(city.waterMemory, building));
     building.working = building.powered && building.watered && building.roadAccess;
 }
 
@@ -181,9 +135,11 @@ void updateRoadAccess(City& city) {
 
 void updateUtilities(City& city) {
     updateRoadAccess(city);
-    updateSources(city);
-    for (Building& building : city.buildings) serveBuilding(city.networkMemory, building);
-    city.powerField = city.networkMemory.power.field;
-    city.waterField = city.networkMemory.water.field;
+    collectSources(city);
+    drawReach(city.powerMemory);
+    drawReach(city.waterMemory);
+    for (Building& building : city.buildings) serveBuilding(city, building);
+    city.powerField = city.powerMemory.field;
+    city.waterField = city.waterMemory.field;
     city.buildingsDirty = city.overlayDirty = 1;
 }

@@ -37,6 +37,9 @@ static void useTool(City& city, uint32_t hash, int x, int y) {
     case 8:
         placeBusStop(city, x, y);
         break;
+    case 9:
+        bulldozeRect(city, x, y, y, x);
+        break;
     default:
         bulldoze(city, x, y);
     }
