@@ -97,20 +97,40 @@ TEST_F(Rebuild, AnUpdateWithNothingStaleMakesNoCallAndTakesNothingFromTheHeap) {
     EXPECT_TRUE(fake.calls.empty());
 }
 
-TEST_F(Rebuild, AMarkedCellRebuildsItsChunkAlone) {
+TEST_F(Rebuild, AMarkedCellInsideAChunkRebuildsItAlone) {
     update();
     for (int chunk = 0; chunk < CHUNK_COUNT; chunk++) {
-        markCellDirty(city, chunk % 6 * 16, chunk / 6 * 16 + 15);
+        markCellDirty(city, chunk % 6 * 16 + 1, chunk / 6 * 16 + 14);
         EXPECT_EQ(update(), Meshes{chunk});
         EXPECT_FALSE(anyCellDirty());
-        markCellDirty(city, chunk % 6 * 16 + 15, chunk / 6 * 16);
-        EXPECT_EQ(update(), Meshes{chunk});
     }
+}
+
+TEST_F(Rebuild, AMarkedCellAtABorderRebuildsEveryChunkThatItTouches) {
+    update();
+    markCellDirty(city, 15, 40);
+    EXPECT_EQ(update(), (Meshes{12, 13}));
+    markCellDirty(city, 16, 40);
+    EXPECT_EQ(update(), (Meshes{12, 13}));
+    markCellDirty(city, 40, 16);
+    EXPECT_EQ(update(), (Meshes{2, 8}));
+    markCellDirty(city, 32, 47);
+    EXPECT_EQ(update(), (Meshes{13, 14, 19, 20}));
+}
+
+TEST_F(Rebuild, ACellAtTheEdgeOfTheMapTouchesNothingOnItsOtherSide) {
+    update();
+    markCellDirty(city, 0, 40);
+    EXPECT_EQ(update(), Meshes{12});
+    markCellDirty(city, 95, 40);
+    EXPECT_EQ(update(), Meshes{17});
+    markCellDirty(city, 95, 95);
+    EXPECT_EQ(update(), Meshes{35});
 }
 
 TEST_F(Rebuild, MarkedCellsOfSeveralChunksRebuildEachOnce) {
     update();
-    markCellDirty(city, 15, 40);
+    markCellDirty(city, 14, 40);
     markCellDirty(city, 16, 40);
     markCellDirty(city, 17, 41);
     EXPECT_EQ(update(), (Meshes{12, 13}));
