@@ -62,7 +62,7 @@ void updateWorldMeshes(WorldMeshes& meshes, City& city) {
         city.zonesDirty = 0;
     }
     if (city.buildingsDirty) {
-        buildBuildingMesh(meshes, city);
+        buildBuildingMeshes(meshes, city);
         city.buildingsDirty = 0;
     }
 }

@@ -8,8 +8,8 @@
 #include "sim/city_helpers.h"
 #include "sim/map_generation.h"
 #include "sim/networks.h"
-#include "view/building_mesh.h"
 #include "view/graphics_memory.h"
+#include "view/model_helpers.h"
 #include "view/road_mesh.h"
 #include "view/terrain.h"
 #include "view/trees.h"
@@ -24,7 +24,7 @@ struct PlainMeshes {
     std::array<MeshBuilder, CHUNK_COUNT> chunks;
     MeshBuilder roads;
     MeshBuilder trees;
-    MeshBuilder buildings;
+    std::array<MeshBuilder, CHUNK_COUNT> blocks;
     int overlayMode = OVERLAY_NORMAL;
     bool overlayChanged = false;
     int lastSeason = 0;
@@ -57,7 +57,7 @@ static void followMarks(PlainMeshes& plain, City& city) {
         plain.trees.clear();
         buildTreeMesh(plain.trees, city);
     }
-    if (city.buildingsDirty) buildBuildingMesh(plain.buildings, city);
+    if (city.buildingsDirty) plain.blocks = buildingBlocksOf(city);
     plain.lastSeason = season(city);
     plain.overlayChanged = false;
     std::fill(city.cellDirty.begin(), city.cellDirty.end(), uint8_t{0});
@@ -279,6 +279,8 @@ TEST_F(RebuildSkip, EveryMeshShowsWhatFollowingEachMarkWouldShow) {
                 << frame << ' ' << chunk;
         ASSERT_TRUE(shows(memory, meshes.roadMesh, plain.roads)) << frame;
         ASSERT_TRUE(shows(memory, meshes.treeMesh, plain.trees)) << frame;
-        ASSERT_TRUE(shows(memory, meshes.buildingMesh, plain.buildings)) << frame;
+        for (int block = 0; block < CHUNK_COUNT; block++)
+            ASSERT_TRUE(shows(memory, meshes.buildingBlocks[block], plain.blocks[block]))
+                << frame << ' ' << block;
     }
 }
