@@ -2,6 +2,10 @@
 
 #include "view/fingerprint.h"
 
+// Vertices of a crane over a tall tower. A block rarely gains more in a day, so that a builder with this much
+// room beside what the block had does not move while it grows.
+constexpr size_t LARGEST_LOOK = 4000;
+
 static int blockOf(const BuildingLook& look) { return look.y / CHUNK_SIZE * CHUNK_ROW + look.x / CHUNK_SIZE; }
 
 static std::array<uint64_t, CHUNK_COUNT> fingerprintBlocks(const std::vector<BuildingLook>& looks) {
@@ -30,6 +34,7 @@ void buildBuildingMeshes(WorldMeshes& meshes, const City& city) {
     for (int block = 0; block < CHUNK_COUNT; block++) {
         Mesh& mesh = meshes.buildingBlocks[block];
         if (fingerprints[block] == mesh.fingerprint) continue;
+        builder.reserve(static_cast<size_t>(mesh.vertexCount) + LARGEST_LOOK);
         buildBlock(builder, looks, block);
         uploadMesh(mesh, builder, false);
         mesh.fingerprint = fingerprints[block];
