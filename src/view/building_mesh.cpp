@@ -2,9 +2,7 @@
 
 #include "view/fingerprint.h"
 
-// Vertices of a crane over a tall tower. A block rarely gains more in a day, so that a builder with this much
-// room beside what the block had does not move while it grows.
-constexpr size_t LARGEST_LOOK = 4000;
+#include <algorithm>
 
 static int blockOf(const BuildingLook& look) { return look.y / CHUNK_SIZE * CHUNK_ROW + look.x / CHUNK_SIZE; }
 
@@ -19,8 +17,16 @@ static std::array<uint64_t, CHUNK_COUNT> fingerprintBlocks(const std::vector<Bui
     return fingerprints;
 }
 
-static void buildBlock(MeshBuilder& builder, const std::vector<BuildingLook>& looks, int block) {
-    builder.clear();
+// So that a builder need not move while it grows: a block rarely gains more in a day than a crane over a
+// tower. Memory that is never written to costs nothing.
+static size_t roomForAnyBlock(const WorldMeshes& meshes) {
+    constexpr int LARGEST_LOOK = 4000; // vertices
+    int largest = 0;
+    for (const Mesh& block : meshes.buildingBlocks) largest = std::max(largest, block.vertexCount);
+    return static_cast<size_t>(largest) + LARGEST_LOOK;
+}
+
+static void addBlock(MeshBuilder& builder, const std::vector<BuildingLook>& looks, int block) {
     for (const BuildingLook& look : looks)
         if (blockOf(look) == block) addBuildingLook(builder, look);
 }
@@ -34,8 +40,9 @@ void buildBuildingMeshes(WorldMeshes& meshes, const City& city) {
     for (int block = 0; block < CHUNK_COUNT; block++) {
         Mesh& mesh = meshes.buildingBlocks[block];
         if (fingerprints[block] == mesh.fingerprint) continue;
-        builder.reserve(static_cast<size_t>(mesh.vertexCount) + LARGEST_LOOK);
-        buildBlock(builder, looks, block);
+        builder.clear();
+        builder.reserve(roomForAnyBlock(meshes));
+        addBlock(builder, looks, block);
         uploadMesh(mesh, builder, false);
         mesh.fingerprint = fingerprints[block];
     }
