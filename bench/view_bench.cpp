@@ -18,7 +18,8 @@ static void benchRenderFrame(benchmark::State& state) {
     WorldMeshes meshes;
     const Mesh filled = {1, 1, 1536, 86016};
     meshes.terrainChunks.fill(filled);
-    meshes.roadMesh = meshes.buildingMesh = meshes.treeMesh = filled;
+    meshes.buildingBlocks.fill(filled);
+    meshes.roadMesh = meshes.treeMesh = filled;
     meshes.waterMesh = meshes.hoverMesh = meshes.streetLifeMesh = filled;
     for (auto _ : state) {
         renderFrame(renderer, params, meshes);

@@ -163,7 +163,7 @@ static void drawInto(Sheet& sheet, const std::vector<BuildingLook>& looks, const
     uploadMesh(sheet.meshes.terrainChunks[0], ground, false);
     MeshBuilder buildings;
     for (const BuildingLook& look : looks) addBuildingLook(buildings, look);
-    uploadMesh(sheet.meshes.buildingMesh, buildings, false);
+    uploadMesh(sheet.meshes.buildingBlocks[0], buildings, false);
     renderFrame(sheet.renderer, params, sheet.meshes);
 
     std::vector<uint8_t> picture(static_cast<size_t>(params.width) * params.height * 3);

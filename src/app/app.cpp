@@ -54,8 +54,9 @@ bool appInit(App& app, const std::string& prefPath, std::string& error) {
 
 static void destroyMeshes(WorldMeshes& meshes) {
     for (Mesh& chunk : meshes.terrainChunks) destroyMesh(chunk);
-    for (Mesh* mesh : {&meshes.roadMesh, &meshes.buildingMesh, &meshes.treeMesh, &meshes.waterMesh,
-                       &meshes.hoverMesh, &meshes.streetLifeMesh})
+    for (Mesh& block : meshes.buildingBlocks) destroyMesh(block);
+    for (Mesh* mesh :
+         {&meshes.roadMesh, &meshes.treeMesh, &meshes.waterMesh, &meshes.hoverMesh, &meshes.streetLifeMesh})
         destroyMesh(*mesh);
 }
 

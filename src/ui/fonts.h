@@ -69,8 +69,9 @@ int fontsLineSkip(FontSystem& fonts, int size, bool bold);
 TextRun fontsRenderRun(FontSystem& fonts, const char* text, int size, uint32_t color, bool bold);
 
 // For what is remembered of texts. The first begins the key of a look-up with size and weight, and the caller
-// appends the rest; the last makes room for an entry of about so many bytes. There is one key for all look-ups:
-// until its entry is stored, the caller measures by fontsMeasureAnew, since any other look-up would overwrite it.
+// appends the rest; the last makes room for an entry of about so many bytes. There is one key for all
+// look-ups: until its entry is stored, the caller measures by fontsMeasureAnew, since any other look-up would
+// overwrite it.
 std::string& fontsKey(FontSystem& fonts, int size, bool bold);
 void appendNumber(std::string& text, long long number);
 void fontsMakeRoom(FontSystem& fonts, size_t bytes);

@@ -9,8 +9,6 @@
 #include "view/models_utilities.h"
 
 #include <algorithm>
-#include <array>
-#include <bit>
 #include <bitset>
 
 using AddModel = void (*)(MeshBuilder& builder, const Lot& lot);
@@ -55,11 +53,6 @@ static BuildingModel modelOf(const BuildingLook& look) {
         return {addFactory, 3.52f, 2.88f, 9.0f + 6.0f * static_cast<float>(look.level)};
     const bool known = look.kind < KIND_COUNT;
     return {known ? FIXED_MODELS[look.kind - KIND_POLICE_STATION] : nullptr, 2.88f, 2.88f, 14.0f};
-}
-
-bool isSameLook(const BuildingLook& a, const BuildingLook& b) {
-    using Bytes = std::array<uint8_t, sizeof(BuildingLook)>; // so that a look that holds NaN equals itself
-    return std::bit_cast<Bytes>(a) == std::bit_cast<Bytes>(b);
 }
 
 void collectBuildingLooks(std::vector<BuildingLook>& looks, const City& city) {

@@ -5,9 +5,6 @@
 #include "sim/city.h"
 #include "view/mesh_builder.h"
 
-// About what a building of a grown city takes, to reserve memory by.
-constexpr size_t TYPICAL_VERTEX_COUNT = 800;
-
 struct BuildingLook {
     float ground = 0.0f;   // average height of the cell
     float progress = 1.0f; // 0 to 1; 1 when finished
@@ -16,11 +13,9 @@ struct BuildingLook {
     uint8_t kind = KIND_HOMES; // may lie above the known kinds
     uint8_t level = 1;
     uint8_t isBusStop = 0; // then kind, level and progress mean nothing
-    uint8_t padding = 0;   // looks are compared as bytes
+    uint8_t padding = 0;   // looks are told apart by their bytes
 };
 static_assert(sizeof(BuildingLook) == 16);
-
-bool isSameLook(const BuildingLook& a, const BuildingLook& b);
 
 // Replaces the list: bus stops row by row, then the buildings in the order of the list. Left out are the
 // condemned, and what only a damaged save can hold: buildings off the map, and all but the first on one cell

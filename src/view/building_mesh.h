@@ -1,12 +1,10 @@
-// Everything that stands, in one static mesh: bus stops, construction sites and finished buildings.
+// Everything that stands: bus stops, construction sites and finished buildings, in one static mesh for the
+// cells of each chunk of the ground.
 #pragma once
 
 #include "sim/city.h"
-#include "view/mesh_builder.h"
 #include "view/world_meshes.h"
 
-// Replaces the builder's content.
-void buildBuildingMesh(MeshBuilder& builder, const City& city);
-// Uploads nothing when the mesh already shows the city: the city marks its buildings stale far more often
-// than their looks change.
-void buildBuildingMesh(WorldMeshes& meshes, const City& city);
+// Builds and uploads only the blocks that look different from their mesh: the city marks its buildings stale
+// far more often than their looks change.
+void buildBuildingMeshes(WorldMeshes& meshes, const City& city);

@@ -78,7 +78,7 @@ static void addJib(MeshBuilder& builder, float bottom) {
     addPlainBox(builder, {1.4f, bottom - 0.8f, -0.4f}, {2.3f, bottom, 0.4f}, {0.25f, 0.25f, 0.27f});
 }
 
-// Around the mast. The load hangs where it is seen: over the core, clear of the rebar, and it rises with both.
+// Around the mast. The load hangs where it is seen, over the core and clear of its rebar.
 static void addCrane(MeshBuilder& builder, float top, float coreTop) {
     const float jib = top - 0.9f;
     const float hookX = -5.4f;

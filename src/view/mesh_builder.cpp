@@ -11,17 +11,23 @@ void addVertex(MeshBuilder& builder, const Vec3& position, const Vec3& normal, c
 
 void addTriangle(MeshBuilder& builder, const Vec3& a, const Vec3& b, const Vec3& c, const Vec3& normal,
                  const Vec3& colour, float emissive, int material) {
-    addVertex(builder, a, normal, colour, emissive, material, 0.0f, 0.0f);
-    addVertex(builder, b, normal, colour, emissive, material, 1.0f, 0.0f);
-    addVertex(builder, c, normal, colour, emissive, material, 1.0f, 1.0f);
+    const float surface = static_cast<float>(material);
+    builder.insert(builder.end(), {{a, normal, colour, surface, emissive, 0.0f, 0.0f, 0.0f},
+                                   {b, normal, colour, surface, emissive, 0.0f, 1.0f, 0.0f},
+                                   {c, normal, colour, surface, emissive, 0.0f, 1.0f, 1.0f}});
 }
 
 void addQuad(MeshBuilder& builder, const Vec3& a, const Vec3& b, const Vec3& c, const Vec3& d,
              const Vec3& normal, const Vec3& colour, float emissive, int material) {
-    addTriangle(builder, a, b, c, normal, colour, emissive, material);
-    addVertex(builder, a, normal, colour, emissive, material, 0.0f, 0.0f);
-    addVertex(builder, c, normal, colour, emissive, material, 1.0f, 1.0f);
-    addVertex(builder, d, normal, colour, emissive, material, 0.0f, 1.0f);
+    const float surface = static_cast<float>(material);
+    const Vertex first = {a, normal, colour, surface, emissive, 0.0f, 0.0f, 0.0f};
+    const Vertex third = {c, normal, colour, surface, emissive, 0.0f, 1.0f, 1.0f};
+    builder.insert(builder.end(), {first,
+                                   {b, normal, colour, surface, emissive, 0.0f, 1.0f, 0.0f},
+                                   third,
+                                   first,
+                                   third,
+                                   {d, normal, colour, surface, emissive, 0.0f, 0.0f, 1.0f}});
 }
 
 void addBox(MeshBuilder& builder, const Vec3& min, const Vec3& max, const Vec3& colour, int material,

@@ -17,11 +17,11 @@ void setOverlay(WorldMeshes& meshes, int mode) {
 }
 
 static bool chunkIsDirty(const City& city, int chunkIndex) {
-    static constexpr uint8_t CLEAN_ROW[CHUNK_SIZE] = {};
-    const int firstX = chunkIndex % CHUNK_ROW * CHUNK_SIZE;
-    const int firstY = chunkIndex / CHUNK_ROW * CHUNK_SIZE;
-    for (int y = firstY; y < firstY + CHUNK_SIZE; y++)
-        if (std::memcmp(&city.cellDirty[cellIndex(firstX, y)], CLEAN_ROW, CHUNK_SIZE) != 0) return true;
+    static constexpr uint8_t CLEAN_ROW[CHUNK_SIZE + 2] = {};
+    const ChunkCells cells = cellsOfChunk(chunkIndex);
+    const size_t width = static_cast<size_t>(cells.x1 - cells.x0);
+    for (int y = cells.y0; y < cells.y1; y++)
+        if (std::memcmp(&city.cellDirty[cellIndex(cells.x0, y)], CLEAN_ROW, width) != 0) return true;
     return false;
 }
 
@@ -62,7 +62,7 @@ void updateWorldMeshes(WorldMeshes& meshes, City& city) {
         city.zonesDirty = 0;
     }
     if (city.buildingsDirty) {
-        buildBuildingMesh(meshes, city);
+        buildBuildingMeshes(meshes, city);
         city.buildingsDirty = 0;
     }
 }

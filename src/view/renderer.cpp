@@ -93,7 +93,7 @@ static void setUniform(uint32_t program, const char* name, const Mat4& value) {
 static void drawOpaqueWorld(const WorldMeshes& meshes) {
     for (const Mesh& chunk : meshes.terrainChunks) drawMesh(chunk);
     drawMesh(meshes.roadMesh);
-    drawMesh(meshes.buildingMesh);
+    for (const Mesh& block : meshes.buildingBlocks) drawMesh(block);
     drawMesh(meshes.treeMesh);
     drawMesh(meshes.streetLifeMesh);
 }

@@ -63,6 +63,13 @@ struct ChunkGround {
     GroundCorner corners[CORNER_ROW][CORNER_ROW];
 };
 
+ChunkCells cellsOfChunk(int chunkIndex) {
+    const int x = chunkIndex % CHUNK_ROW * CHUNK_SIZE;
+    const int y = chunkIndex / CHUNK_ROW * CHUNK_SIZE;
+    return {std::max(x - 1, 0), std::max(y - 1, 0), std::min(x + CHUNK_SIZE + 1, GRID_SIZE),
+            std::min(y + CHUNK_SIZE + 1, GRID_SIZE)};
+}
+
 Vec3 cornerPosition(const City& city, int cornerX, int cornerY, float lift) {
     return {CELL_WIDTH * static_cast<float>(cornerX), city.heights[cornerIndex(cornerX, cornerY)] + lift,
             CELL_WIDTH * static_cast<float>(cornerY)};
@@ -205,12 +212,9 @@ static uint32_t colourSource(const City& city, int overlayMode, int x, int y) {
     return cell.terrain | uint32_t{cell.zone} << 8 | uint32_t{cell.district} << 16;
 }
 
-// Takes in one cell and one corner more on each side: colours and normals look that far.
+// Takes in one corner more on each side too: normals look that far.
 static uint64_t chunkFingerprint(const City& city, int overlayMode, int chunkIndex) {
-    const int x0 = std::max(chunkIndex % CHUNK_ROW * CHUNK_SIZE - 1, 0);
-    const int y0 = std::max(chunkIndex / CHUNK_ROW * CHUNK_SIZE - 1, 0);
-    const int x1 = std::min((chunkIndex % CHUNK_ROW + 1) * CHUNK_SIZE + 1, GRID_SIZE);
-    const int y1 = std::min((chunkIndex / CHUNK_ROW + 1) * CHUNK_SIZE + 1, GRID_SIZE);
+    const auto [x0, y0, x1, y1] = cellsOfChunk(chunkIndex);
     uint64_t fingerprint = mixFingerprint(FINGERPRINT_START, static_cast<uint32_t>(overlayMode));
     fingerprint = mixFingerprint(fingerprint, static_cast<uint32_t>(season(city)));
     for (int y = y0; y < y1; y++)

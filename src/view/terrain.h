@@ -9,6 +9,16 @@
 void buildTerrainChunk(MeshBuilder& builder, const City& city, int overlayMode, int chunkIndex);
 void buildTerrainChunk(WorldMeshes& meshes, const City& city, int chunkIndex);
 
+// The cells that a chunk shows: its own and, as the corners along its border mix their colours, those right
+// beside it.
+struct ChunkCells {
+    int x0;
+    int y0;
+    int x1; // one past the last
+    int y1;
+};
+ChunkCells cellsOfChunk(int chunkIndex);
+
 // A corner of the grid, 0 to 96 each way, `lift` world units over the ground.
 Vec3 cornerPosition(const City& city, int cornerX, int cornerY, float lift = 0.0f);
 // The unit normal at a corner, 0 to 96 each way.

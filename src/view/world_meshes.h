@@ -1,7 +1,7 @@
 // The meshes of the city, kept up to date from its dirty marks.
 #pragma once
 
-#include "view/building_mesh_cache.h"
+#include "view/building_look.h"
 #include "view/mesh.h"
 
 #include <array>
@@ -24,7 +24,7 @@ enum Overlay : uint8_t {
 struct WorldMeshes {
     std::array<Mesh, CHUNK_COUNT> terrainChunks; // row by row
     Mesh roadMesh;
-    Mesh buildingMesh;
+    std::array<Mesh, CHUNK_COUNT> buildingBlocks; // what stands on the cells of each chunk
     Mesh treeMesh;
     Mesh waterMesh;
     Mesh hoverMesh;
@@ -36,6 +36,7 @@ struct WorldMeshes {
     Vec3 hoverColour;
     uint8_t waterBuilt = 0;
     int32_t lastSeason = 0;
-    BuildingMeshCache buildingCache; // the vertices of buildingMesh
-    MeshBuilder streetLifeBuilder;   // kept, so that a frame takes nothing from the heap
+    // Kept, so that a frame takes nothing from the heap.
+    std::vector<BuildingLook> buildingLooks;
+    MeshBuilder streetLifeBuilder;
 };

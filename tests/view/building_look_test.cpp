@@ -1,7 +1,6 @@
 #include "view/building_look.h"
 
 #include "sim/city_helpers.h"
-#include "view/building_mesh.h"
 #include "view/bus_stop.h"
 #include "view/construction_site.h"
 #include "view/model_helpers.h"
@@ -9,17 +8,11 @@
 #include <cmath>
 #include <limits>
 
-static MeshBuilder meshOf(const City& city) {
-    MeshBuilder builder;
-    buildBuildingMesh(builder, city);
-    return builder;
-}
-
 // What one building adds to level ground at height 10, seen from the middle of its base.
 static MeshBuilder modelOf(int kind, int level, float progress = 1.0f, int x = 48, int y = 48) {
     City city = flatCity();
     addBuilding(city, x, y, static_cast<uint8_t>(kind), static_cast<uint8_t>(level)).progress = progress;
-    MeshBuilder mesh = meshOf(city);
+    MeshBuilder mesh = buildingsOf(city);
     moveVertices(mesh, 0,
                  Vec3{static_cast<float>(x) * -8.0f - 4.0f, -9.4f, static_cast<float>(y) * -8.0f - 4.0f});
     return mesh;
@@ -27,21 +20,13 @@ static MeshBuilder modelOf(int kind, int level, float progress = 1.0f, int x = 4
 
 static float seedOf(int x, int y) { return hash01(static_cast<uint32_t>(x), static_cast<uint32_t>(y), 5); }
 
-TEST(BuildingMesh, AnEmptyCityHasNone) { EXPECT_TRUE(meshOf(flatCity()).empty()); }
-
-TEST(BuildingMesh, ReplacesTheBuildersContent) {
-    City city = flatCity();
-    addBuilding(city, 3, 4, KIND_PARK);
-    MeshBuilder builder = meshOf(city);
-    buildBuildingMesh(builder, city);
-    EXPECT_TRUE(isSame(builder, meshOf(city)));
-}
+TEST(BuildingMesh, AnEmptyCityHasNone) { EXPECT_TRUE(buildingsOf(flatCity()).empty()); }
 
 TEST(BuildingMesh, BusStopsComeFirstRowByRow) {
     City city = flatCity();
     addBuilding(city, 1, 1, KIND_POLICE_STATION);
     for (const auto& [x, y] : {std::pair{7, 9}, {90, 2}, {3, 9}}) city.cells[cellIndex(x, y)].busStop = 1;
-    const MeshBuilder mesh = meshOf(city);
+    const MeshBuilder mesh = buildingsOf(city);
     MeshBuilder one;
     addBusStop(one);
     const int expected[3][2] = {{90, 2}, {3, 9}, {7, 9}};
@@ -59,7 +44,7 @@ TEST(BuildingMesh, BuildingsFollowInTheOrderOfTheList) {
     City city = flatCity();
     addBuilding(city, 60, 60, KIND_HOSPITAL);
     addBuilding(city, 10, 10, KIND_HOMES);
-    const MeshBuilder mesh = meshOf(city);
+    const MeshBuilder mesh = buildingsOf(city);
     EXPECT_NEAR(mesh.front().position.x, 60 * 8 + 4, 4.0f);
     EXPECT_NEAR(mesh.back().position.x, 10 * 8 + 4, 4.0f);
 }
@@ -68,7 +53,7 @@ TEST(BuildingMesh, TheBaseLiesUnderTheAverageHeightOfTheCell) {
     City city = flatCity();
     city.heights[cornerIndex(48, 48)] = 14.0f;
     addBuilding(city, 48, 48, KIND_POLICE_STATION);
-    const Bounds bounds = boundsOf(meshOf(city));
+    const Bounds bounds = boundsOf(buildingsOf(city));
     EXPECT_NEAR(bounds.min.y, 11.0f - 0.6f, 1e-4f);
     EXPECT_NEAR((bounds.min.x + bounds.max.x) / 2.0f, 388.0f, 1e-3f);
 }
@@ -77,7 +62,7 @@ TEST(BuildingMesh, CondemnedBuildingsAreLeftOut) {
     City city = flatCity();
     addBuilding(city, 10, 10, KIND_CONDEMNED);
     addBuilding(city, 11, 10, KIND_CONDEMNED).progress = 0.5f;
-    EXPECT_TRUE(meshOf(city).empty());
+    EXPECT_TRUE(buildingsOf(city).empty());
 }
 
 TEST(BuildingMesh, BuildingsOffTheMapAreLeftOut) {
@@ -90,15 +75,15 @@ TEST(BuildingMesh, BuildingsOffTheMapAreLeftOut) {
         building.progress = 1.0f;
         city.buildings.push_back(building);
     }
-    EXPECT_TRUE(meshOf(city).empty());
+    EXPECT_TRUE(buildingsOf(city).empty());
 }
 
 TEST(BuildingMesh, OfSeveralBuildingsOnOneCellTheFirstIsDrawn) {
     City city = flatCity();
     addBuilding(city, 10, 10, KIND_HOSPITAL);
-    const MeshBuilder alone = meshOf(city);
+    const MeshBuilder alone = buildingsOf(city);
     for (int i = 0; i < 1000; i++) addBuilding(city, 10, 10, KIND_SCHOOL);
-    EXPECT_TRUE(isSame(meshOf(city), alone));
+    EXPECT_TRUE(isSame(buildingsOf(city), alone));
 }
 
 TEST(BuildingMesh, AProgressBelowOneIsASiteAndOneIsTheModel) {
@@ -123,7 +108,7 @@ TEST(BuildingMesh, WildHeightsAreDrawnWithoutHarm) {
     city.heights[cornerIndex(40, 40)] = std::numeric_limits<float>::infinity();
     addBuilding(city, 48, 48, KIND_SCHOOL);
     addBuilding(city, 40, 40, KIND_HOMES).progress = 0.5f;
-    EXPECT_GT(meshOf(city).size(), 1000u);
+    EXPECT_GT(buildingsOf(city).size(), 1000u);
 }
 
 TEST(BuildingMesh, AnUnknownKindIsNothingWhenFinishedAndASiteBefore) {
@@ -198,7 +183,7 @@ TEST(BuildingMesh, EveryKindAndLevelHasItsSite) {
         City city = flatCity();
         addBuilding(city, 48, 48, static_cast<uint8_t>(row.kind), static_cast<uint8_t>(row.level)).progress =
             0.7f;
-        EXPECT_TRUE(isSame(meshOf(city), expected)) << row.kind << ", " << row.level;
+        EXPECT_TRUE(isSame(buildingsOf(city), expected)) << row.kind << ", " << row.level;
     }
 }
 
@@ -291,7 +276,7 @@ TEST(BuildingMesh, NeighbouringSolarFarmsLineUp) {
     City city = flatCity();
     addBuilding(city, 20, 20, KIND_SOLAR_FARM);
     addBuilding(city, 21, 20, KIND_SOLAR_FARM);
-    const MeshBuilder mesh = meshOf(city);
+    const MeshBuilder mesh = buildingsOf(city);
     const size_t half = mesh.size() / 2;
     for (size_t i = 0; i < half; i++)
         expectNear(mesh[half + i].position, mesh[i].position + Vec3{8, 0, 0}, 1e-3f);
@@ -310,7 +295,7 @@ TEST(BuildingMesh, AParkOnASlopeKeepsItsLawnFlatAtTheAverageHeight) {
     for (int y = 0; y < CORNER_SIDE; y++)
         for (int x = 0; x < CORNER_SIDE; x++) city.heights[cornerIndex(x, y)] = static_cast<float>(x);
     addBuilding(city, 48, 48, KIND_PARK);
-    const Bounds lawn = boundsOf(verticesOfColour(meshOf(city), {0.36f, 0.62f, 0.30f}));
+    const Bounds lawn = boundsOf(verticesOfColour(buildingsOf(city), {0.36f, 0.62f, 0.30f}));
     EXPECT_EQ(lawn.min.y, lawn.max.y);
     EXPECT_NEAR(lawn.min.y, 48.5f + 0.12f, 1e-3f);
 }
@@ -318,12 +303,12 @@ TEST(BuildingMesh, AParkOnASlopeKeepsItsLawnFlatAtTheAverageHeight) {
 TEST(BuildingMesh, WhatDoesNotShowDoesNotChangeTheMesh) {
     City city = flatCity();
     Building& building = addBuilding(city, 30, 30, KIND_HOMES, 2);
-    const MeshBuilder before = meshOf(city);
+    const MeshBuilder before = buildingsOf(city);
     building.happiness = 3.0f;
     building.occupants = 12;
     building.powered = building.watered = building.working = 0;
     city.day = 400;
     city.calendarDay = 300;
     city.raining = 1;
-    EXPECT_TRUE(isSame(meshOf(city), before));
+    EXPECT_TRUE(isSame(buildingsOf(city), before));
 }

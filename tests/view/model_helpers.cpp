@@ -1,5 +1,7 @@
 #include "view/model_helpers.h"
 
+#include "view/building_look.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -14,6 +16,22 @@ Bounds boundsOf(const MeshBuilder& mesh) {
         bounds.max = {std::max(bounds.max.x, p.x), std::max(bounds.max.y, p.y), std::max(bounds.max.z, p.z)};
     }
     return bounds;
+}
+
+MeshBuilder buildingsOf(const City& city) {
+    std::vector<BuildingLook> looks;
+    collectBuildingLooks(looks, city);
+    MeshBuilder mesh;
+    for (const BuildingLook& look : looks) addBuildingLook(mesh, look);
+    return mesh;
+}
+
+std::array<MeshBuilder, 36> buildingBlocksOf(const City& city) {
+    std::vector<BuildingLook> looks;
+    collectBuildingLooks(looks, city);
+    std::array<MeshBuilder, 36> blocks;
+    for (const BuildingLook& look : looks) addBuildingLook(blocks.at(look.y / 16 * 6 + look.x / 16), look);
+    return blocks;
 }
 
 void expectNear(const Vec3& seen, const Vec3& expected, float tolerance) {

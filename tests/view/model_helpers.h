@@ -1,10 +1,12 @@
 // Questions about a model's geometry: is this very piece in it, how far does it reach, what is it made of.
 #pragma once
 
+#include "sim/city.h"
 #include "view/building_parts.h"
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <vector>
 
 struct Bounds {
@@ -27,6 +29,10 @@ testing::AssertionResult hasFlatQuad(const MeshBuilder& mesh, float x0, float x1
 testing::AssertionResult hasFrustum(const MeshBuilder& mesh, const Vec3& foot, float bottomRadius,
                                     float height, float topRadius, int segments, const Vec3& colour,
                                     int material = MATERIAL_PLAIN, float emissive = 0.0f);
+
+// Everything that stands in the city: as one mesh, and by the chunk of its cell.
+MeshBuilder buildingsOf(const City& city);
+std::array<MeshBuilder, 36> buildingBlocksOf(const City& city);
 
 // Byte for byte.
 bool isSame(const MeshBuilder& a, const MeshBuilder& b);

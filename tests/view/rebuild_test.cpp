@@ -18,21 +18,25 @@ constexpr int WINTER_DAY = 300;
 constexpr int WATER = 36;
 constexpr int ROADS = 37;
 constexpr int TREES = 38;
-constexpr int BUILDINGS = 39;
+constexpr int FIRST_BLOCK = 39;
+constexpr int MESHES = FIRST_BLOCK + CHUNK_COUNT;
 
 using Meshes = std::vector<int>;
 
-static Meshes theGround() {
-    Meshes chunks(CHUNK_COUNT);
-    std::iota(chunks.begin(), chunks.end(), 0);
-    return chunks;
+// Chunks or blocks.
+static Meshes oneForEachChunk(int first) {
+    Meshes meshes(CHUNK_COUNT);
+    std::iota(meshes.begin(), meshes.end(), first);
+    return meshes;
 }
 
-static Meshes theGroundAnd(const Meshes& others) {
-    Meshes meshes = theGround();
+static Meshes operator+(Meshes meshes, const Meshes& others) {
     meshes.insert(meshes.end(), others.begin(), others.end());
     return meshes;
 }
+
+static const Meshes THE_GROUND = oneForEachChunk(0);
+static const Meshes THE_BUILDINGS = oneForEachChunk(FIRST_BLOCK);
 
 // A city and its meshes, in a table of GL functions that only counts.
 struct Rebuild : testing::Test {
@@ -53,21 +57,19 @@ struct Rebuild : testing::Test {
             return meshes.roadMesh;
         case TREES:
             return meshes.treeMesh;
-        case BUILDINGS:
-            return meshes.buildingMesh;
         default:
-            return meshes.terrainChunks[number];
+            return number < CHUNK_COUNT ? meshes.terrainChunks[number]
+                                        : meshes.buildingBlocks[number - FIRST_BLOCK];
         }
     }
 
     // The meshes that this update builds, in its order, be they changed or not.
     Meshes update() {
-        for (int i = 0; i <= BUILDINGS; i++) mesh(i).fingerprint = 0;
-        meshes.buildingCache = {};
+        for (int i = 0; i < MESHES; i++) mesh(i).fingerprint = 0;
         fake.calls.clear();
         updateWorldMeshes(meshes, city);
         std::map<std::string, int> numbers;
-        for (int i = 0; i <= BUILDINGS; i++) numbers[glCall("BindVertexArray", mesh(i).vertexArray)] = i;
+        for (int i = 0; i < MESHES; i++) numbers[glCall("BindVertexArray", mesh(i).vertexArray)] = i;
         Meshes built;
         for (const std::string& call : callsOf(fake, "BindVertexArray"))
             if (numbers.contains(call)) built.push_back(numbers[call]);
@@ -80,7 +82,7 @@ struct Rebuild : testing::Test {
 };
 
 TEST_F(Rebuild, TheFirstUpdateBuildsEverythingInOneOrder) {
-    EXPECT_EQ(update(), theGroundAnd({WATER, ROADS, TREES, BUILDINGS}));
+    EXPECT_EQ(update(), (THE_GROUND + Meshes{WATER, ROADS, TREES} + THE_BUILDINGS));
     for (const Mesh& chunk : meshes.terrainChunks) EXPECT_EQ(chunk.vertexCount, 1536);
     EXPECT_EQ(meshes.waterMesh.vertexCount, 6);
     EXPECT_GT(meshes.treeMesh.vertexCount, 0);
@@ -97,20 +99,40 @@ TEST_F(Rebuild, AnUpdateWithNothingStaleMakesNoCallAndTakesNothingFromTheHeap) {
     EXPECT_TRUE(fake.calls.empty());
 }
 
-TEST_F(Rebuild, AMarkedCellRebuildsItsChunkAlone) {
+TEST_F(Rebuild, AMarkedCellInsideAChunkRebuildsItAlone) {
     update();
     for (int chunk = 0; chunk < CHUNK_COUNT; chunk++) {
-        markCellDirty(city, chunk % 6 * 16, chunk / 6 * 16 + 15);
+        markCellDirty(city, chunk % 6 * 16 + 1, chunk / 6 * 16 + 14);
         EXPECT_EQ(update(), Meshes{chunk});
         EXPECT_FALSE(anyCellDirty());
-        markCellDirty(city, chunk % 6 * 16 + 15, chunk / 6 * 16);
-        EXPECT_EQ(update(), Meshes{chunk});
     }
+}
+
+TEST_F(Rebuild, AMarkedCellAtABorderRebuildsEveryChunkThatItTouches) {
+    update();
+    markCellDirty(city, 15, 40);
+    EXPECT_EQ(update(), (Meshes{12, 13}));
+    markCellDirty(city, 16, 40);
+    EXPECT_EQ(update(), (Meshes{12, 13}));
+    markCellDirty(city, 40, 16);
+    EXPECT_EQ(update(), (Meshes{2, 8}));
+    markCellDirty(city, 32, 47);
+    EXPECT_EQ(update(), (Meshes{13, 14, 19, 20}));
+}
+
+TEST_F(Rebuild, ACellAtTheEdgeOfTheMapTouchesNothingOnItsOtherSide) {
+    update();
+    markCellDirty(city, 0, 40);
+    EXPECT_EQ(update(), Meshes{12});
+    markCellDirty(city, 95, 40);
+    EXPECT_EQ(update(), Meshes{17});
+    markCellDirty(city, 95, 95);
+    EXPECT_EQ(update(), Meshes{35});
 }
 
 TEST_F(Rebuild, MarkedCellsOfSeveralChunksRebuildEachOnce) {
     update();
-    markCellDirty(city, 15, 40);
+    markCellDirty(city, 14, 40);
     markCellDirty(city, 16, 40);
     markCellDirty(city, 17, 41);
     EXPECT_EQ(update(), (Meshes{12, 13}));
@@ -123,7 +145,7 @@ TEST_F(Rebuild, AnyNonZeroMarkCounts) {
     city.roadsDirty = 0x80;
     city.zonesDirty = 0x80;
     city.buildingsDirty = 0x80;
-    EXPECT_EQ(update(), (Meshes{ROADS, TREES, BUILDINGS}));
+    EXPECT_EQ(update(), (Meshes{ROADS, TREES} + THE_BUILDINGS));
 }
 
 TEST_F(Rebuild, StaleRoadsRebuildTheRoadsAlone) {
@@ -143,14 +165,14 @@ TEST_F(Rebuild, StaleZonesRebuildTheTreesAlone) {
 TEST_F(Rebuild, StaleBuildingsRebuildTheBuildingsAlone) {
     update();
     city.buildingsDirty = 1;
-    EXPECT_EQ(update(), Meshes{BUILDINGS});
+    EXPECT_EQ(update(), THE_BUILDINGS);
     EXPECT_EQ(city.buildingsDirty, 0);
 }
 
 TEST_F(Rebuild, StaleNumbersRebuildGroundAndRoadsOnce) {
     update();
     city.overlayDirty = 1;
-    EXPECT_EQ(update(), theGroundAnd({ROADS}));
+    EXPECT_EQ(update(), THE_GROUND + Meshes{ROADS});
     EXPECT_EQ(city.overlayDirty, 0);
     EXPECT_EQ(update(), Meshes{});
 }
@@ -158,13 +180,13 @@ TEST_F(Rebuild, StaleNumbersRebuildGroundAndRoadsOnce) {
 TEST_F(Rebuild, ANewSeasonRebuildsGroundRoadsAndTreesOnce) {
     update();
     city.calendarDay = SUMMER_DAY;
-    EXPECT_EQ(update(), theGroundAnd({ROADS, TREES}));
+    EXPECT_EQ(update(), (THE_GROUND + Meshes{ROADS, TREES}));
     EXPECT_EQ(meshes.lastSeason, 1);
     EXPECT_EQ(update(), Meshes{});
     city.calendarDay++;
     EXPECT_EQ(update(), Meshes{});
     city.calendarDay = WINTER_DAY;
-    EXPECT_EQ(update(), theGroundAnd({ROADS, TREES}));
+    EXPECT_EQ(update(), (THE_GROUND + Meshes{ROADS, TREES}));
     EXPECT_EQ(meshes.lastSeason, 3);
 }
 
@@ -174,7 +196,7 @@ TEST_F(Rebuild, TheSameOverlayTwiceDoesNothing) {
     EXPECT_EQ(meshes.rebuildAll, 0);
     setOverlay(meshes, OVERLAY_POWER);
     EXPECT_EQ(meshes.rebuildAll, 1);
-    EXPECT_EQ(update(), theGroundAnd({ROADS}));
+    EXPECT_EQ(update(), THE_GROUND + Meshes{ROADS});
     setOverlay(meshes, OVERLAY_POWER);
     EXPECT_EQ(update(), Meshes{});
 }
@@ -184,7 +206,7 @@ TEST_F(Rebuild, CyclingThroughTheOverlaysRebuildsGroundAndRoadsSixTimes) {
     for (int i = 1; i <= OVERLAY_COUNT; i++) {
         setOverlay(meshes, i % OVERLAY_COUNT);
         EXPECT_EQ(meshes.overlayMode, i % OVERLAY_COUNT);
-        EXPECT_EQ(update(), theGroundAnd({ROADS}));
+        EXPECT_EQ(update(), THE_GROUND + Meshes{ROADS});
         EXPECT_EQ(meshes.rebuildAll, 0);
     }
 }
@@ -201,7 +223,7 @@ TEST_F(Rebuild, ANewGameRebuildsEverythingButTheWater) {
     update();
     generateMap(city, 77);
     city.buildings.emplace_back();
-    EXPECT_EQ(update(), theGroundAnd({ROADS, TREES, BUILDINGS}));
+    EXPECT_EQ(update(), (THE_GROUND + Meshes{ROADS, TREES} + THE_BUILDINGS));
     EXPECT_EQ(update(), Meshes{});
 }
 

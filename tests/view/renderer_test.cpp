@@ -12,24 +12,25 @@ using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::IsEmpty;
 
-// Every mesh is one triangle list whose vertex array is told by its number: 101 to 136 the ground, then road,
-// buildings, trees, water, hover quad and street life.
+// Every mesh is one triangle list whose vertex array is told by its number, in the order of the record.
 static WorldMeshes numberedMeshes() {
     WorldMeshes meshes;
     uint32_t name = 101;
     for (Mesh& chunk : meshes.terrainChunks) chunk = {name++, 1, 3, 168};
-    for (Mesh* mesh : {&meshes.roadMesh, &meshes.buildingMesh, &meshes.treeMesh, &meshes.waterMesh,
-                       &meshes.hoverMesh, &meshes.streetLifeMesh})
+    meshes.roadMesh = {name++, 1, 3, 168};
+    for (Mesh& block : meshes.buildingBlocks) block = {name++, 1, 3, 168};
+    for (Mesh* mesh : {&meshes.treeMesh, &meshes.waterMesh, &meshes.hoverMesh, &meshes.streetLifeMesh})
         *mesh = {name++, 1, 3, 168};
     return meshes;
 }
 
 constexpr int ROAD = 137;
-constexpr int BUILDINGS = 138;
-constexpr int TREES = 139;
-constexpr int WATER = 140;
-constexpr int HOVER = 141;
-constexpr int STREET_LIFE = 142;
+constexpr int FIRST_BLOCK = 138;
+constexpr int TREES = 174;
+constexpr int WATER = 175;
+constexpr int HOVER = 176;
+constexpr int STREET_LIFE = 177;
+constexpr size_t OPAQUE_MESHES = 2 * CHUNK_COUNT + 3;
 
 class RendererCalls : public testing::Test {
 protected:
@@ -129,9 +130,10 @@ TEST_F(RendererCalls, TheOpaqueWorldIsChunksRoadsBuildingsTreesAndStreetLife) {
     scene.push_back(glCall("BindVertexArray", HOVER)); // last
     EXPECT_THAT(drawnWith(51), ElementsAreArray(scene));
     EXPECT_EQ(scene[36], glCall("BindVertexArray", ROAD));
-    EXPECT_EQ(scene[37], glCall("BindVertexArray", BUILDINGS));
-    EXPECT_EQ(scene[38], glCall("BindVertexArray", TREES));
-    EXPECT_EQ(scene[39], glCall("BindVertexArray", STREET_LIFE));
+    for (int block = 0; block < CHUNK_COUNT; block++)
+        EXPECT_EQ(scene[37 + block], glCall("BindVertexArray", FIRST_BLOCK + block));
+    EXPECT_EQ(scene[73], glCall("BindVertexArray", TREES));
+    EXPECT_EQ(scene[74], glCall("BindVertexArray", STREET_LIFE));
 }
 
 TEST_F(RendererCalls, WaterAndHoverQuadCastNoShadow) {
@@ -276,12 +278,12 @@ TEST_F(RendererCalls, ARefusedShadowMapIsTriedAgainEachFrameAndTheFrameDrawnWith
         EXPECT_EQ(renderer.shadowSize, 0);
         EXPECT_EQ(renderer.lightViewProj, IDENTITY);
         EXPECT_THAT(drawnWith(52), IsEmpty());
-        EXPECT_EQ(drawnWith(51).size(), 41u);
+        EXPECT_EQ(drawnWith(51).size(), OPAQUE_MESHES + 1);
     }
     fake.framebufferStatus = GL_FRAMEBUFFER_COMPLETE;
     draw(1024);
     EXPECT_EQ(renderer.shadowSize, 1024);
-    EXPECT_EQ(drawnWith(52).size(), 40u);
+    EXPECT_EQ(drawnWith(52).size(), OPAQUE_MESHES);
 }
 
 TEST_F(RendererCalls, TheLightLooksAtTheCamerasTargetFromFiveHundredUnitsTowardsTheSun) {
@@ -304,15 +306,15 @@ TEST_F(RendererCalls, TheShadowPassRunsAtNightToo) {
     params.hour = 0.0f;
     draw(1024);
     EXPECT_LT(computeSky(0.0f, 0).sunDir.y, 0.0f);
-    EXPECT_EQ(drawnWith(52).size(), 40u);
+    EXPECT_EQ(drawnWith(52).size(), OPAQUE_MESHES);
     for (const float value : renderer.lightViewProj) EXPECT_TRUE(std::isfinite(value));
 }
 
 TEST_F(RendererCalls, TheOpaqueWorldIsDrawnTwiceWithShadowsAndOnceWithout) {
     draw(1024);
-    EXPECT_EQ(callsOf(fake, "DrawArrays").size(), 40u + 1u + 40u + 1u + 1u);
+    EXPECT_EQ(callsOf(fake, "DrawArrays").size(), OPAQUE_MESHES + 1 + OPAQUE_MESHES + 1 + 1);
     draw(0);
-    EXPECT_EQ(callsOf(fake, "DrawArrays").size(), 1u + 40u + 1u + 1u);
+    EXPECT_EQ(callsOf(fake, "DrawArrays").size(), 1 + OPAQUE_MESHES + 1 + 1);
 }
 
 TEST_F(RendererCalls, ASteadyFrameAllocatesNothing) {

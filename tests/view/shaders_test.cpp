@@ -81,7 +81,7 @@ TEST_F(Shaders, NoPassReliesOnWhatTheInterfaceLeft) {
     MeshBuilder builder;
     addFlatQuad(builder, -100, 100, -100, 100, 0, {0.4f, 0.4f, 0.4f}, MATERIAL_TERRAIN);
     addBox(builder, {-10, 0, -10}, {10, 30, 10}, {0.6f, 0.4f, 0.4f}, MATERIAL_WALL, 1);
-    uploadMesh(meshes.buildingMesh, builder, false);
+    uploadMesh(meshes.roadMesh, builder, false);
     MeshBuilder water;
     addFlatQuad(water, -200, 200, -200, 200, 6, {}, MATERIAL_WATER_EDGE);
     uploadMesh(meshes.waterMesh, water, false);
@@ -110,7 +110,7 @@ TEST_F(Shaders, NoPassReliesOnWhatTheInterfaceLeft) {
     gl.Scissor(0, 0, 10, 10);
     renderFrame(renderer, params, meshes);
     EXPECT_EQ(readPicture().rgba, unshadowed.rgba);
-    destroyMesh(meshes.buildingMesh);
+    destroyMesh(meshes.roadMesh);
     destroyMesh(meshes.waterMesh);
     destroyRenderer(renderer);
 }

@@ -11,8 +11,9 @@ void ShadingTest::SetUp() {
 
 void ShadingTest::TearDown() {
     for (Mesh& chunk : meshes.terrainChunks) destroyMesh(chunk);
-    for (Mesh* mesh : {&meshes.roadMesh, &meshes.buildingMesh, &meshes.treeMesh, &meshes.waterMesh,
-                       &meshes.hoverMesh, &meshes.streetLifeMesh})
+    for (Mesh& block : meshes.buildingBlocks) destroyMesh(block);
+    for (Mesh* mesh :
+         {&meshes.roadMesh, &meshes.treeMesh, &meshes.waterMesh, &meshes.hoverMesh, &meshes.streetLifeMesh})
         destroyMesh(*mesh);
     destroyRenderer(renderer);
 }
@@ -23,7 +24,7 @@ Picture ShadingTest::draw(const FrameParams& params) {
 }
 
 Picture ShadingTest::drawn(const MeshBuilder& builder, const FrameParams& params) {
-    uploadMesh(meshes.buildingMesh, builder, false);
+    uploadMesh(meshes.buildingBlocks[0], builder, false);
     return draw(params);
 }
 

@@ -15,7 +15,7 @@ protected:
         uploadMesh(meshes.terrainChunks[35], ground, false);
         MeshBuilder tower;
         addBox(tower, {-10, 0, -10}, {10, 60, 10}, GREY, MATERIAL_PLAIN, 0);
-        uploadMesh(meshes.buildingMesh, tower, false);
+        uploadMesh(meshes.buildingBlocks[0], tower, false);
     }
 
     // The share of sunlight at a point of the ground, seen from high above on the side away from the tower.
@@ -91,7 +91,7 @@ TEST_F(Shadows, WhatStandsOnTheEdgeOfTheSquareShadesNothingOutsideIt) {
     addBox(fence, {252, 0, -290}, {262, 60, 290}, GREY, MATERIAL_PLAIN, 0);
     addBox(fence, {-262, 0, -275}, {262, 60, -265}, GREY, MATERIAL_PLAIN, 0);
     addBox(fence, {-262, 0, 280}, {262, 60, 290}, GREY, MATERIAL_PLAIN, 0);
-    uploadMesh(meshes.buildingMesh, fence, false);
+    uploadMesh(meshes.buildingBlocks[0], fence, false);
     const FrameParams params = around({}, 12.0f, 2048);
     for (const Vec3& point : {Vec3{300, 0, 0}, {-300, 0, 0}, {0, 0, 330}, {0, 0, -330}})
         EXPECT_NEAR(sunShareAt(point, params), 1.0f, 0.03f) << point.x << ", " << point.z;
@@ -104,7 +104,7 @@ TEST_F(Shadows, DoNotReachBeyondTheLightsFarPlane) {
     MeshBuilder builder;
     addFlatQuad(builder, -3000, 3000, -3000, 3000, 0, GREY, MATERIAL_PLAIN);
     addBox(builder, wall - Vec3{20, 0, 200}, wall + Vec3{20, 300, 200}, GREY, MATERIAL_PLAIN, 0);
-    uploadMesh(meshes.buildingMesh, builder, false);
+    uploadMesh(meshes.buildingBlocks[0], builder, false);
     destroyMesh(meshes.terrainChunks[35]);
     const FrameParams params = around({}, 6.5f, 2048);
     EXPECT_NEAR(sunShareAt(away * 800.0f, params), 0.0f, 0.1f);
@@ -116,7 +116,7 @@ TEST_F(Shadows, NeedTwoUnitsBetweenTheSurfaces) {
     for (const auto& [height, share] : {std::pair{1.5f, 1.0f}, {3.0f, 0.0f}}) {
         MeshBuilder plate;
         addFlatQuad(plate, -50, 50, -100, -50, height, GREY, MATERIAL_PLAIN);
-        uploadMesh(meshes.buildingMesh, plate, false);
+        uploadMesh(meshes.buildingBlocks[0], plate, false);
         FrameParams params = around({}, 12.0f, 1024);
         // Seen below the plate: level, from its far side.
         params.cameraPos = {0, 1.0f, -130};
@@ -145,7 +145,7 @@ TEST_F(Shadows, TakeTheSunOutOfMirrorsToo) {
 }
 
 TEST_F(Shadows, TheGroundCastsNoneOnItself) {
-    destroyMesh(meshes.buildingMesh);
+    destroyMesh(meshes.buildingBlocks[0]);
     for (const float hour : {7.0f, 9.0f, 12.0f, 17.0f}) {
         FrameParams params = around({-60, 0, 60}, hour, 1024);
         const Picture with = draw(params);

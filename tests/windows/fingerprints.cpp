@@ -6,7 +6,7 @@
 #include "sim/map_generation.h"
 #include "sim/save_file.h"
 #include "ui/logo.h"
-#include "view/building_mesh.h"
+#include "view/building_look.h"
 #include "view/road_mesh.h"
 #include "view/sky.h"
 #include "view/street_life_mesh.h"
@@ -44,7 +44,9 @@ static void printMeshes(const std::string& name, const City& city) {
     }
     buildTreeMesh(builder, city);
     printMesh(name + " trees", builder);
-    buildBuildingMesh(builder, city);
+    std::vector<BuildingLook> looks;
+    collectBuildingLooks(looks, city);
+    for (const BuildingLook& look : looks) addBuildingLook(builder, look);
     printMesh(name + " buildings", builder);
 
     StreetLife streetLife;
