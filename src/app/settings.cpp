@@ -1,6 +1,7 @@
 #include "app/settings.h"
 
 #include "sim/file_io.h"
+#include "ui/languages.h"
 
 #include <algorithm>
 #include <array>
@@ -11,8 +12,6 @@
 // The file is a few hundred bytes. What lies further back is not read, so that a wrong path cannot fill the
 // memory at the start of the game.
 constexpr size_t FILE_LIMIT = 1 << 20;
-
-constexpr int LANGUAGE_COUNT = 14;
 
 // A line of the file: one of the two members is set.
 struct SettingRow {

@@ -7,7 +7,6 @@
 #include <SDL.h>
 
 #include <algorithm>
-#include <filesystem>
 
 // Opened and never started, one for all tests: voices start, and no audio thread plays them to their end.
 static uint32_t silentDevice() {
@@ -28,10 +27,6 @@ static uint32_t silentDevice() {
 GameTest::GameTest() {
     gl.recording = false;
     app.ui.fonts = &app.fonts; // without a font, so that nothing is written
-    const auto* test = testing::UnitTest::GetInstance()->current_test_info();
-    folder = testing::TempDir() + test->test_suite_name() + "." + test->name() + "/";
-    std::filesystem::remove_all(folder);
-    std::filesystem::create_directories(folder);
     app.audio.device = silentDevice();
     app.savePath = folder + "savegame.ovw";
     app.settingsPath = folder + "settings.ini";

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/app.h"
+#include "temp_dir.h"
 #include "view/fake_gl.h"
 
 #include <gtest/gtest.h>
@@ -32,5 +33,6 @@ protected:
     FakeGl gl;
     App app;
     Input input;
-    std::string folder; // for this test's files, with a separator at its end
+    TempDir files;
+    const std::string folder = files.file(""); // of this test's files, with a separator at its end
 };

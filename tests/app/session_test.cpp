@@ -483,9 +483,8 @@ TEST_F(StreetLifeInPlay, ItsMeshFollowsEachFrame) {
         MeshBuilder expected;
         buildStreetLifeMesh(expected, app.city, app.streetLife);
         ASSERT_EQ(app.meshes.streetLifeMesh.vertexCount, static_cast<int32_t>(expected.size())) << i;
-        ASSERT_EQ(std::memcmp(app.meshes.streetLifeBuilder.data(), expected.data(),
-                              expected.size() * sizeof(Vertex)),
-                  0)
+        ASSERT_TRUE(expected.empty() || std::memcmp(app.meshes.streetLifeBuilder.data(), expected.data(),
+                                                    expected.size() * sizeof(Vertex)) == 0)
             << i;
     }
     EXPECT_GT(app.meshes.streetLifeMesh.vertexCount, 0);

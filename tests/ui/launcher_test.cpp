@@ -1,5 +1,6 @@
 #include "ui/screen_fixture.h"
 
+#include "environment.h"
 #include "maintenance/files.h"
 #include "maintenance/platform.h"
 #include "ui/languages.h"
@@ -484,10 +485,14 @@ TEST_F(LauncherTest, YesRemovesTheGameAndEndsIt) {
     app.exePath = app.exeDir + EXECUTABLE_NAME;
     fs::create_directories(app.exeDir);
     writeFile(app.exePath);
-    setenv("TMPDIR", folder.c_str(), 1);
-    setenv("HOME", folder.c_str(), 1);
+    const std::string temporary = variable("TMPDIR");
+    const std::string home = variable("HOME");
+    setVariable("TMPDIR", folder);
+    setVariable("HOME", folder);
     app.launcherPage = LAUNCHER_UNINSTALL;
     clickOn("Yes");
+    temporary.empty() ? unsetVariable("TMPDIR") : setVariable("TMPDIR", temporary);
+    setVariable("HOME", home);
     EXPECT_TRUE(app.quitRequested);
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
     while (fs::exists(app.exeDir) && std::chrono::steady_clock::now() < deadline)
