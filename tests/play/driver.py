@@ -1,7 +1,7 @@
 """Plays the real program as a player would: in a real window on a virtual screen, with key and mouse events.
 
     with Screen() as screen, Game(screen, window=(640, 360), OV_DEMO="1") as game:
-        game.hold("w")
+        game.press("F5")
         picture = game.settled_picture(0.2)
 
 A program for Windows is played under Wine, in the Windows that scripts/wine keeps.
@@ -277,10 +277,6 @@ class Game:
         finally:
             self.xdotool("keyup", key)
         self.frames()
-
-    def hold(self, key, frames=3):
-        with self.held(key):
-            self.frames(frames)
 
     def drag(self, button, start, end):
         self.xdotool("mousemove", "--window", self.window, str(start[0]), str(start[1]), "mousedown", str(button))
