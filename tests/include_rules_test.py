@@ -17,9 +17,8 @@ SCREENS = {"ui/end_screen", "ui/game_screen", "ui/launcher", "ui/settings_screen
 PARTS_OF_SCREENS = {"ui/" + name for name in (
     "bottom_bar", "budget_panel", "city_overview", "district_panel", "finance_panel", "hud_layout", "inspectors",
     "pause_menu", "right_panel", "statistics_panel", "tool_panel", "top_bar", "tutorial")}
-AROUND_THE_GAME = {"maintenance/game_files", "maintenance/uninstall", "maintenance/update"}
 MAY_SEE_THE_APP = {"view/picking.h", "view/picking.cpp"} | {
-    part + ".cpp" for part in SCREENS | PARTS_OF_SCREENS | AROUND_THE_GAME}
+    part + ".cpp" for part in SCREENS | PARTS_OF_SCREENS}
 
 
 def includes_of(path):

@@ -1,5 +1,6 @@
 #include "app/app.h"
 
+#include "app/update_client.h"
 #include "maintenance/platform.h"
 #include "sim/map_generation.h"
 #include "ui/languages.h"

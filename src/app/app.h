@@ -5,7 +5,7 @@
 #include "app/settings.h"
 #include "audio/audio_engine.h"
 #include "maintenance/game_files.h"
-#include "maintenance/update.h"
+#include "maintenance/update_task.h"
 #include "sim/city.h"
 #include "ui/ui_batch.h"
 #include "view/camera.h"

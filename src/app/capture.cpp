@@ -3,6 +3,7 @@
 #include "app/demo_city.h"
 #include "app/session.h"
 #include "app/tools.h"
+#include "app/upkeep.h"
 #include "ui/languages.h"
 #include "view/gl.h"
 

@@ -1,6 +1,7 @@
 #include "app/frame.h"
 
 #include "app/session.h"
+#include "app/update_client.h"
 #include "ui/end_screen.h"
 #include "ui/game_screen.h"
 #include "ui/launcher.h"

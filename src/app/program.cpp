@@ -5,6 +5,7 @@
 #include "app/display.h"
 #include "app/frame.h"
 #include "app/input_events.h"
+#include "app/update_client.h"
 #include "app/window_icon.h"
 
 #include <cstdio>

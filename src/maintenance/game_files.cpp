@@ -1,6 +1,5 @@
 #include "maintenance/game_files.h"
 
-#include "app/app.h"
 #include "maintenance/files.h"
 
 #include <algorithm>
@@ -13,7 +12,6 @@ constexpr int64_t KILOBYTE = 1024;
 constexpr int64_t MEGABYTE = 1024 * 1024;
 
 // --- Names
-// -----------------------------------------------------------------------------------------------------
 
 // How many bytes of `text` from `i` on are one well-formed UTF-8 character; 0 if none.
 static size_t characterLength(const std::string& text, size_t i) {
@@ -49,7 +47,6 @@ static std::string ourPath(const fs::path& path) {
 }
 
 // --- The list
-// --------------------------------------------------------------------------------------------------
 
 static GameFile gameFile(const fs::directory_entry& entry) {
     std::error_code error;
@@ -72,10 +69,7 @@ std::vector<GameFile> listFiles(const std::string& folder) {
     return files;
 }
 
-void refreshGameFiles(App& app) { app.gameFiles = listFiles(app.exeDir); }
-
 // --- Texts
-// -----------------------------------------------------------------------------------------------------
 
 std::string fileSizeText(int64_t size) {
     char text[32];
@@ -95,12 +89,4 @@ std::string fileTimeText(int64_t modified) {
     char text[64];
     text[std::strftime(text, sizeof text, "%d.%m.%Y %H:%M", local)] = '\0';
     return text;
-}
-
-// --- The saved game
-// --------------------------------------------------------------------------------------------
-
-void deleteSave(App& app) {
-    deleteFile(app.savePath);
-    app.saveExists = fileExists(app.savePath);
 }

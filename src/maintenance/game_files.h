@@ -1,11 +1,9 @@
-// What lies in the program's folder, and the saved game. The launcher shows both.
+// What lies in the program's folder, as the launcher shows it.
 #pragma once
 
 #include <cstdint>
 #include <string>
 #include <vector>
-
-struct App;
 
 struct GameFile {
     std::string name;     // UTF-8, without its folder
@@ -16,11 +14,7 @@ struct GameFile {
 // The regular files of a folder and links to such, sorted by the bytes of their names; not those of its
 // folders. Empty if the folder cannot be read.
 std::vector<GameFile> listFiles(const std::string& folder);
-void refreshGameFiles(App& app);
 
 // As the player reads them: "12.5 KB"; "31.10.2026 18:05" of the local time, "-" for 0.
 std::string fileSizeText(int64_t size);
 std::string fileTimeText(int64_t modified);
-
-// Afterwards `saveExists` tells whether it worked.
-void deleteSave(App& app);

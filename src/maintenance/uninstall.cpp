@@ -1,6 +1,5 @@
 #include "maintenance/uninstall.h"
 
-#include "app/app.h"
 #include "maintenance/files.h"
 #include "maintenance/platform.h"
 
@@ -84,9 +83,4 @@ bool writeScript(const std::string& path, const std::string& text) {
     const bool closed = std::fclose(file) == 0;
     if (!written || !closed) deleteFile(path);
     return written && closed;
-}
-
-void uninstallGame(App& app) {
-    if (!isGameFolder(app.exeDir, PATH_SEPARATORS) || !fileExists(app.exePath)) return;
-    if (startRemoval(app.exeDir)) app.quitRequested = true;
 }

@@ -4,12 +4,6 @@
 
 #include <string>
 
-struct App;
-
-// Ends the game, or does nothing: in a folder that is not the game's own, in one that the player may not
-// remove, or when the script cannot start.
-void uninstallGame(App& app);
-
 // Whether the last part of the path is exactly the name of the game's folder. Any of `separators` parts
 // folders.
 bool isGameFolder(const std::string& path, const char* separators);

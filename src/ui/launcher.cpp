@@ -1,11 +1,11 @@
 #include "ui/launcher.h"
 
-#include "app/app.h"
+#include "app/update_client.h"
+#include "app/upkeep.h"
 #include "maintenance/build_info.h"
 #include "maintenance/files.h"
 #include "maintenance/game_files.h"
 #include "maintenance/platform.h"
-#include "maintenance/uninstall.h"
 #include "ui/format_text.h"
 #include "ui/strings.h"
 #include "ui/ui_shapes.h"

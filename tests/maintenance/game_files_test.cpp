@@ -1,6 +1,5 @@
 #include "maintenance/game_files.h"
 
-#include "app/app.h"
 #include "environment.h"
 #include "maintenance/files.h"
 #include "maintenance/ordinary_user.h"
@@ -145,20 +144,6 @@ TEST(GameFiles, AFileWithANameThatIsNoTextHasItsSize) {
 }
 #endif
 
-TEST(GameFiles, TheGameListsItsOwnFolderAnew) {
-    const TempDir dir;
-    App app;
-    app.exeDir = dir.path.string() + "/";
-    app.gameFiles = {{"earlier", 1, 1}};
-    writeText(dir.file("a"), "");
-    refreshGameFiles(app);
-    ASSERT_EQ(app.gameFiles.size(), 1u);
-    EXPECT_EQ(app.gameFiles[0].name, "a");
-    app.exeDir = dir.file("missing/");
-    refreshGameFiles(app);
-    EXPECT_TRUE(app.gameFiles.empty());
-}
-
 TEST(FileSizeText, InBytesKilobytesAndMegabytes) {
     EXPECT_EQ(fileSizeText(0), "0 B");
     EXPECT_EQ(fileSizeText(1023), "1023 B");
@@ -184,36 +169,4 @@ TEST(FileTimeText, IsLocalTimeToTheMinute) {
 TEST(FileTimeText, WithoutATimeIsADash) {
     EXPECT_EQ(fileTimeText(0), "-");
     EXPECT_EQ(fileTimeText(INT64_MAX), "-");
-}
-
-TEST(DeleteSave, TakesTheSaveAndSaysSo) {
-    const TempDir dir;
-    App app;
-    app.savePath = dir.file("savegame.ovw");
-    app.saveExists = true;
-    writeText(app.savePath, "city");
-    writeText(dir.file("settings.ini"), "kept");
-    deleteSave(app);
-    EXPECT_FALSE(app.saveExists);
-    EXPECT_FALSE(fileExists(app.savePath));
-    EXPECT_EQ(readText(dir.file("settings.ini")), "kept");
-}
-
-TEST(DeleteSave, ASaveThatCannotBeDeletedIsStillThere) {
-    const TempDir dir;
-    App app;
-    app.savePath = dir.file("savegame.ovw");
-    fs::create_directory(app.savePath);
-    deleteSave(app);
-    EXPECT_TRUE(app.saveExists);
-    EXPECT_TRUE(fs::is_directory(app.savePath));
-}
-
-TEST(DeleteSave, ASaveThatIsGoneAlreadyIsGone) {
-    const TempDir dir;
-    App app;
-    app.savePath = dir.file("savegame.ovw");
-    app.saveExists = true;
-    deleteSave(app);
-    EXPECT_FALSE(app.saveExists);
 }

@@ -1,7 +1,7 @@
 // What the game asks of HTTP on every system.
 #include "maintenance/files.h"
 #include "maintenance/http_fixture.h"
-#include "maintenance/update.h"
+#include "maintenance/update_task.h"
 
 using testing::HasSubstr;
 

@@ -1,7 +1,6 @@
-// Asks the update server whether it has another build than this one, fetches that build's setup program,
-// proves it by its hash, starts it and ends the game. The main thread starts tasks and polls them once a
-// frame; a worker thread does all that may wait. Both share one task, and nothing but its `done` while it
-// runs.
+// One task at the update server: asks whether it has another build than this one, or fetches that build's
+// setup program and proves it by its hash. It waits for the network, so it runs on a thread of its own
+// (app/update_client.h); the main thread looks at nothing but its `done` while it runs.
 #pragma once
 
 #include "maintenance/manifest.h"
@@ -9,8 +8,6 @@
 #include <atomic>
 #include <cstdint>
 #include <string>
-
-struct App;
 
 enum UpdateState : uint8_t {
     UPDATE_IDLE,         // before start-up has finished
@@ -42,19 +39,6 @@ struct UpdateTask {
     UpdateManifest manifest;
     std::string localSha256; // empty if `localPath` could not be hashed
 };
-
-void updateStartCheck(App& app);
-// Does nothing unless a newer build has been found.
-void updateStartDownload(App& app);
-// Once a frame: takes up the result of a task that is done. A download that proved right is started, and the
-// game asked to end.
-void updatePoll(App& app);
-// True while a worker may be at the network.
-bool updateUnderWay(const App& app);
-
-// The launcher's Update button.
-bool canPressUpdate(UpdateState state);
-void pressUpdate(App& app);
 
 // What a finished check says of a build of that date.
 UpdateState updateVerdict(const UpdateTask& task, const std::string& buildDate);

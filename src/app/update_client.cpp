@@ -1,10 +1,7 @@
-#include "maintenance/update.h"
+#include "app/update_client.h"
 
-#include "app/app.h"
 #include "maintenance/build_info.h"
-#include "maintenance/files.h"
 #include "maintenance/platform.h"
-#include "maintenance/sha256.h"
 
 #include <SDL.h>
 
@@ -15,40 +12,7 @@
 constexpr const char* INSTALLED_SETUP = "Orlavane-setup.exe";
 constexpr const char* FETCHED_SETUP = "Orlavane-setup-update.exe";
 
-// --- The worker
-// ------------------------------------------------------------------------------------------------
-
-bool httpGetText(const std::string& url, std::string& out, int timeLimitMs) {
-    out.clear();
-    HttpOptions options;
-    options.totalMs = timeLimitMs;
-    return httpFetch(url, &out, "", options);
-}
-
-bool httpGetFile(const std::string& url, const std::string& path) { return httpFetch(url, nullptr, path); }
-
-static bool runCheck(UpdateTask& task) {
-    std::string text;
-    if (!httpGetText(task.url, text, task.timeLimitMs) || !parseManifest(text, task.manifest)) return false;
-    if (!task.localPath.empty()) sha256File(task.localPath, task.localSha256);
-    return true;
-}
-
-static bool runDownload(const UpdateTask& task) {
-    if (task.destPath.empty() || !httpGetFile(task.url, task.destPath)) return false;
-    std::string sha256;
-    if (sha256File(task.destPath, sha256) && hashEquals(sha256, task.expectedSha256)) return true;
-    deleteFile(task.destPath);
-    return false;
-}
-
-void updateTaskRun(UpdateTask& task) {
-    task.ok = task.isDownload ? runDownload(task) : runCheck(task);
-    task.done.exchange(1);
-}
-
 // --- Starting a task
-// -------------------------------------------------------------------------------------------
 
 using TaskShare = std::shared_ptr<UpdateTask>;
 
@@ -80,8 +44,6 @@ void updateStartCheck(App& app) {
     startTask(app, task);
 }
 
-std::string urlFolder(const std::string& url) { return url.substr(0, url.rfind('/') + 1); }
-
 void updateStartDownload(App& app) {
     if (app.updateState != UPDATE_NEWER) return;
     app.updateState = UPDATE_DOWNLOADING;
@@ -105,13 +67,6 @@ void pressUpdate(App& app) {
 }
 
 // --- Taking up its result
-// --------------------------------------------------------------------------------------
-
-UpdateState updateVerdict(const UpdateTask& task, const std::string& buildDate) {
-    if (!task.ok) return UPDATE_OFFLINE;
-    if (hashEquals(task.localSha256, task.manifest.sha256)) return UPDATE_CURRENT;
-    return task.manifest.date > buildDate ? UPDATE_NEWER : UPDATE_DIFFERENT; // no date is later than none
-}
 
 static void finishCheck(App& app, const UpdateTask& task) {
     if (task.ok) app.updateManifest = task.manifest;
