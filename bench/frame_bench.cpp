@@ -5,12 +5,12 @@
 //
 // Runs on SDL's offscreen driver unless SDL_VIDEODRIVER says otherwise.
 #include "app/app.h"
-#include "app/frame.h"
+#include "app/picking.h"
 #include "app/session.h"
 #include "app/tools.h"
+#include "program/frame.h"
 #include "sim/build_tools.h"
 #include "sim/grown_cities.h"
-#include "view/picking.h"
 
 #include <SDL.h>
 

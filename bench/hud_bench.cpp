@@ -2,11 +2,11 @@
 // view of the right panel. The graphics card is a table of functions that draws nothing.
 #include "app/app.h"
 #include "app/tools.h"
+#include "screens/game/game_screen.h"
+#include "screens/menus/end_screen.h"
 #include "sim/city_stats.h"
 #include "sim/grown_cities.h"
-#include "ui/end_screen.h"
-#include "ui/game_screen.h"
-#include "view/gl.h"
+#include "view/gl/gl.h"
 
 #include <benchmark/benchmark.h>
 

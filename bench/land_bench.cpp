@@ -1,7 +1,7 @@
 // The land: made from a seed, turned into meshes, looked at and pointed at.
+#include "app/picking.h"
 #include "sim/map_generation.h"
-#include "view/picking.h"
-#include "view/terrain.h"
+#include "view/world/terrain.h"
 
 #include <benchmark/benchmark.h>
 

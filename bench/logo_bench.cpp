@@ -1,6 +1,6 @@
 // The logo, as start-up paints it and in its plain form. Each prints a hash of its bytes.
-#include "ui/logo.h"
-#include "ui/plain_logo.h"
+#include "ui/logo/logo.h"
+#include "ui/logo/plain_logo.h"
 
 #include <benchmark/benchmark.h>
 

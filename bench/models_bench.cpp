@@ -3,7 +3,7 @@
 #include "silent_gl.h"
 #include "sim/daily_tick.h"
 #include "sim/grown_cities.h"
-#include "view/building_mesh.h"
+#include "view/world/building_mesh.h"
 
 #include <benchmark/benchmark.h>
 

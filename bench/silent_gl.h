@@ -1,7 +1,7 @@
 // The graphics card of the benchmarks: it copies what it is given, as a driver does, and draws nothing.
 #pragma once
 
-#include "view/gl.h"
+#include "view/gl/gl.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -3,10 +3,10 @@
 #include "sim/build_tools.h"
 #include "sim/grown_cities.h"
 #include "sim/map_generation.h"
-#include "view/rebuild.h"
-#include "view/road_mesh.h"
-#include "view/street_life_mesh.h"
-#include "view/trees.h"
+#include "view/street/street_life_mesh.h"
+#include "view/world/rebuild.h"
+#include "view/world/road_mesh.h"
+#include "view/world/trees.h"
 
 #include <benchmark/benchmark.h>
 

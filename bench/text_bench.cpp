@@ -1,9 +1,9 @@
 // Texts and the 2-D layer on the processor.
 #include "silent_gl.h"
-#include "ui/strings.h"
-#include "ui/ui_shapes.h"
-#include "ui/ui_text.h"
-#include "ui/ui_widgets.h"
+#include "ui/layer/ui_shapes.h"
+#include "ui/layer/ui_text.h"
+#include "ui/layer/ui_widgets.h"
+#include "ui/words/strings.h"
 
 #include <benchmark/benchmark.h>
 

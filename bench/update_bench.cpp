@@ -1,11 +1,11 @@
 // What the update client and the launcher's file list cost, and what a frame costs while a server keeps the
 // worker waiting: it must be the same as without one.
-#include "app/frame.h"
 #include "app/update_client.h"
 #include "maintenance/sha256.h"
 #include "maintenance/test_build.h"
 #include "maintenance/web_server.h"
-#include "view/gl.h"
+#include "program/frame.h"
+#include "view/gl/gl.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,7 +1,7 @@
 // What the processor does for one picture.
 #include "silent_gl.h"
-#include "view/renderer.h"
-#include "view/sky.h"
+#include "view/picture/renderer.h"
+#include "view/picture/sky.h"
 
 #include <benchmark/benchmark.h>
 

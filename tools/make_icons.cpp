@@ -1,6 +1,6 @@
 // make-icons FOLDER: paints the logo into the icon files of a release.
 #include "icon_files.h"
-#include "ui/logo.h"
+#include "ui/logo/logo.h"
 
 #include <cstdio>
 #include <string>

@@ -5,11 +5,11 @@
 //   convert day.bmp +dither -colors 128 PNG8:docs/pictures/models-day.png
 //   convert night.bmp +dither -colors 128 PNG8:docs/pictures/models-night.png
 #include "sheet_window.h"
-#include "view/building_look.h"
-#include "view/building_mesh.h"
-#include "view/camera.h"
-#include "view/gl.h"
-#include "view/renderer.h"
+#include "view/gl/gl.h"
+#include "view/models/building_look.h"
+#include "view/picture/camera.h"
+#include "view/picture/renderer.h"
+#include "view/world/building_mesh.h"
 
 #include <algorithm>
 #include <cstdio>

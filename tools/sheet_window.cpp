@@ -1,6 +1,6 @@
 #include "sheet_window.h"
 
-#include "view/gl.h"
+#include "view/gl/gl.h"
 
 bool openSheetWindow(const char* title, int width, int height) {
     if (SDL_Init(SDL_INIT_VIDEO) != 0) return false;

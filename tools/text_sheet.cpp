@@ -4,10 +4,10 @@
 //   SDL_VIDEODRIVER=offscreen build/release/bin/text-sheet rows.bmp ar
 //   SDL_VIDEODRIVER=offscreen build/release/bin/text-sheet buttons.bmp ar 0.75
 #include "sheet_window.h"
-#include "ui/strings.h"
-#include "ui/ui_shapes.h"
-#include "ui/ui_text.h"
-#include "ui/ui_widgets.h"
+#include "ui/layer/ui_shapes.h"
+#include "ui/layer/ui_text.h"
+#include "ui/layer/ui_widgets.h"
+#include "ui/words/strings.h"
 
 #include <algorithm>
 #include <cstdio>

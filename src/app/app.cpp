@@ -3,8 +3,8 @@
 #include "app/update_client.h"
 #include "maintenance/platform.h"
 #include "sim/map_generation.h"
-#include "ui/languages.h"
-#include "ui/logo_texture.h"
+#include "ui/logo/logo_texture.h"
+#include "ui/words/languages.h"
 
 #include <SDL.h>
 

@@ -1,17 +1,17 @@
 // The one record that owns everything, from start-up to the end of the process.
 #pragma once
 
-#include "app/input.h"
 #include "app/settings.h"
 #include "audio/audio_engine.h"
+#include "input/input.h"
 #include "maintenance/game_files.h"
 #include "maintenance/update_task.h"
 #include "sim/city.h"
-#include "ui/ui_batch.h"
-#include "view/camera.h"
-#include "view/renderer.h"
-#include "view/street_life.h"
-#include "view/world_meshes.h"
+#include "ui/layer/ui_batch.h"
+#include "view/picture/camera.h"
+#include "view/picture/renderer.h"
+#include "view/street/street_life.h"
+#include "view/world/world_meshes.h"
 
 #include <memory>
 #include <string>

@@ -1,12 +1,12 @@
 #include "app/session.h"
 
+#include "app/hud_layout.h"
 #include "app/tools.h"
 #include "sim/daily_tick.h"
 #include "sim/map_generation.h"
 #include "sim/save_file.h"
-#include "ui/hud_layout.h"
-#include "view/rebuild.h"
-#include "view/street_life_mesh.h"
+#include "view/street/street_life_mesh.h"
+#include "view/world/rebuild.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 #include "app/settings.h"
 
 #include "sim/file_io.h"
-#include "ui/languages.h"
+#include "ui/words/languages.h"
 
 #include <algorithm>
 #include <array>

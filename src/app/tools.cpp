@@ -1,10 +1,10 @@
 #include "app/tools.h"
 
+#include "app/hud_layout.h"
+#include "app/picking.h"
 #include "sim/build_tools.h"
 #include "sim/grid_rect.h"
-#include "ui/hud_layout.h"
-#include "view/hover.h"
-#include "view/picking.h"
+#include "view/world/hover.h"
 
 constexpr float STATUS_TIME = 6.0f; // seconds
 

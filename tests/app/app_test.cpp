@@ -4,8 +4,8 @@
 #include "sim/city_helpers.h"
 #include "sim/map_generation.h"
 #include "temp_dir.h"
-#include "ui/languages.h"
-#include "view/fake_gl.h"
+#include "ui/words/languages.h"
+#include "view/gl/fake_gl.h"
 
 #include <gtest/gtest.h>
 

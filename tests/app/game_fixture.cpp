@@ -1,8 +1,8 @@
 #include "app/game_fixture.h"
 
+#include "app/picking.h"
 #include "app/session.h"
 #include "sim/city_helpers.h"
-#include "view/picking.h"
 
 #include <SDL.h>
 

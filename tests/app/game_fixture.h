@@ -3,7 +3,7 @@
 
 #include "app/app.h"
 #include "temp_dir.h"
-#include "view/fake_gl.h"
+#include "view/gl/fake_gl.h"
 
 #include <gtest/gtest.h>
 

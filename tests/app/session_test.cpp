@@ -5,7 +5,7 @@
 #include "sim/city_helpers.h"
 #include "sim/map_generation.h"
 #include "sim/save_file.h"
-#include "view/street_life_mesh.h"
+#include "view/street/street_life_mesh.h"
 
 #include <algorithm>
 #include <cmath>

@@ -5,13 +5,13 @@
 #include "maintenance/sha256.h"
 #include "sim/map_generation.h"
 #include "sim/save_file.h"
-#include "ui/logo.h"
-#include "view/building_look.h"
-#include "view/road_mesh.h"
-#include "view/sky.h"
-#include "view/street_life_mesh.h"
-#include "view/terrain.h"
-#include "view/trees.h"
+#include "ui/logo/logo.h"
+#include "view/models/building_look.h"
+#include "view/picture/sky.h"
+#include "view/street/street_life_mesh.h"
+#include "view/world/road_mesh.h"
+#include "view/world/terrain.h"
+#include "view/world/trees.h"
 
 #include <cstdio>
 #include <filesystem>

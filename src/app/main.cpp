@@ -1,5 +1,0 @@
-#include "app/program.h"
-
-#include <SDL.h> // renames main where the platform needs it
-
-int main(int, char**) { return runProgram(); }

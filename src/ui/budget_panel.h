@@ -1,8 +1,0 @@
-// The view of taxes and service budgets, with the buttons that change them.
-#pragma once
-
-#include "ui/ui_batch.h"
-
-struct App;
-
-void drawBudgetPanel(App& app, UiRect panel, float s);

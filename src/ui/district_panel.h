@@ -1,8 +1,0 @@
-// The view of the district to paint: its tax and its policies.
-#pragma once
-
-#include "ui/ui_batch.h"
-
-struct App;
-
-void drawDistrictPanel(App& app, UiRect panel, float s);

@@ -1,8 +1,0 @@
-// The view of the city's figures.
-#pragma once
-
-#include "ui/ui_batch.h"
-
-struct App;
-
-void drawStatisticsPanel(App& app, UiRect panel, float s);

@@ -1,0 +1,12 @@
+#include "ui/words/strings.h"
+
+#include <cstddef>
+
+const char* textOfRow(const char* const* row, int language) {
+    const char* text = row[language];
+    return text && *text ? text : row[0];
+}
+
+const char* tr(int id) {
+    return textOfRow(stringTable + static_cast<ptrdiff_t>(id) * LANGUAGE_COUNT, currentLanguage());
+}

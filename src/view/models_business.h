@@ -1,8 +1,0 @@
-// Where people work: shops, office towers and factories.
-#pragma once
-
-#include "view/building_parts.h"
-
-void addShop(MeshBuilder& builder, const Lot& lot);
-void addOfficeTower(MeshBuilder& builder, const Lot& lot);
-void addFactory(MeshBuilder& builder, const Lot& lot);

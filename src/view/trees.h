@@ -1,9 +1,0 @@
-// The trees of the whole map: one cone on each wooded cell that nothing was built on.
-#pragma once
-
-#include "sim/city.h"
-#include "view/world_meshes.h"
-
-void buildTreeMesh(MeshBuilder& builder, const City& city);
-// The mesh stays as it is when it was last built from the same.
-void buildTreeMesh(WorldMeshes& meshes, const City& city);
