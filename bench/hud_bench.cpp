@@ -132,7 +132,7 @@ BENCHMARK(BM_tutorialCard)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_pauseMenu)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_endScreen)->Unit(benchmark::kMicrosecond);
 
-// Read by the bars, by most views and by the mission in every frame.
+// Once in every frame, for the bars, the mission and the views.
 static void BM_computeStats(benchmark::State& state) {
     const App& app = game();
     for (auto _ : state) benchmark::DoNotOptimize(computeStats(app.city));

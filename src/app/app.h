@@ -6,7 +6,7 @@
 #include "input/input.h"
 #include "maintenance/game_files.h"
 #include "maintenance/update_task.h"
-#include "sim/city.h"
+#include "sim/city_stats.h"
 #include "ui/layer/ui_batch.h"
 #include "view/picture/camera.h"
 #include "view/picture/renderer.h"
@@ -56,6 +56,7 @@ struct App {
     std::string exePath;
 
     City city;
+    CityStats cityStats; // of the frame: drawGameScreen counts once for all that it draws
     Renderer renderer;
     WorldMeshes meshes;
     Camera camera;

@@ -3,19 +3,13 @@
 // it.
 #pragma once
 
-#include "sim/traffic_memory.h"
+#include "sim/day_memory.h"
+#include "sim/grid.h"
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
-
-constexpr int GRID_SIZE = 96;
-constexpr int CELL_COUNT = GRID_SIZE * GRID_SIZE;
-constexpr int CORNER_SIDE = GRID_SIZE + 1;
-constexpr int CORNER_COUNT = CORNER_SIDE * CORNER_SIDE;
-constexpr float CELL_WIDTH = 8.0f; // world units
-constexpr float MAP_WIDTH = GRID_SIZE * CELL_WIDTH;
 
 enum ZoneType : uint8_t {
     ZONE_NONE,
@@ -167,41 +161,6 @@ struct GameEvent {
     uint32_t arg = 0;
 };
 
-template<class T> using PerCell = std::vector<T>; // CELL_COUNT entries, row by row
-using Grid = PerCell<float>;
-
-// What a pass remembers of its last run: its inputs beside its results. The results are used again only while
-// the inputs are the same, so nobody has to tell a pass what changed, and no edit of the city can make them
-// stale. Never saved.
-
-struct NetworkSource {
-    int16_t x = 0;
-    int16_t y = 0;
-    int32_t reach = 0;     // half the side of its square, in cells
-    int32_t remaining = 0; // buildings that it can still serve in this run
-    bool operator==(const NetworkSource&) const = default;
-};
-
-// Power or water.
-struct NetworkMemory {
-    std::vector<NetworkSource> sources; // the active ones, in the order of City::buildings
-    std::vector<NetworkSource> drawn;   // those in `field` and `nearest`, all of them still full
-    Grid field = Grid(CELL_COUNT);
-    // The source nearest to a cell that it reaches, the first of equals, -1 for none.
-    PerCell<int32_t> nearest = PerCell<int32_t>(CELL_COUNT, -1);
-};
-
-// Providers of coverage may stand off the map in a loaded file; what lies farther out reaches no cell of it.
-constexpr int COVERAGE_MARGIN = 18;
-constexpr int COVERAGE_SIDE = GRID_SIZE + 2 * COVERAGE_MARGIN;
-
-struct CoverageMemory {
-    // A bit for each coverage that is provided at a place, COVERAGE_SIDE places a row.
-    std::array<uint8_t, COVERAGE_SIDE* COVERAGE_SIDE> providers = {};
-    std::array<int32_t, 6> budgets = {100, 100, 100, 100, 100, 100};
-    std::vector<Grid> grids = std::vector<Grid>(6, Grid(CELL_COUNT));
-};
-
 struct City {
     uint8_t keepPlaying = 0;
 
@@ -226,10 +185,6 @@ struct City {
     Grid powerField = Grid(CELL_COUNT);
     Grid waterField = Grid(CELL_COUNT);
     PerCell<int32_t> roadCapacity = PerCell<int32_t>(CELL_COUNT);
-    NetworkMemory powerMemory;
-    NetworkMemory waterMemory;
-    CoverageMemory coverageMemory;
-    TrafficMemory trafficMemory;
 
     std::array<int32_t, 4> taxRate = {100, 100, 100, 100}; // percent: homes, shops, offices, industry
     std::array<int32_t, 8> serviceBudget = {100, 100, 100, 100, 100, 100, 100, 100}; // percent
@@ -275,18 +230,9 @@ struct City {
 
     std::vector<GameEvent> events; // newest first, at most EVENT_LIMIT
     uint32_t eventCount = 0;       // counts on for ever: news is a change of this, not of the queue's length
-};
 
-inline bool inMap(int x, int y) { return x >= 0 && y >= 0 && x < GRID_SIZE && y < GRID_SIZE; }
-inline int cellIndex(int x, int y) { return y * GRID_SIZE + x; }
-inline int cornerIndex(int x, int y) { return y * CORNER_SIDE + x; }
-
-// The order in which every rule looks at the four cells around one.
-struct CellStep {
-    int x;
-    int y;
+    DayMemory memory; // what the day's passes keep for themselves: no rule, nothing to save
 };
-constexpr std::array<CellStep, 4> NEIGHBOURS = {{{1, 0}, {-1, 0}, {0, 1}, {0, -1}}};
 
 // Bilinear height in world units; positions off the map are held to its edge.
 float heightAt(const City& city, float worldX, float worldY);

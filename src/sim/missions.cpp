@@ -1,6 +1,5 @@
 #include "sim/missions.h"
 
-#include "sim/city_stats.h"
 #include "sim/numbers.h"
 
 #include <algorithm>
@@ -33,10 +32,11 @@ static bool missionMet(const CityStats& stats, int index) {
 static float share(float value, float goal) { return std::min(value / goal, 1.0f); }
 static float share(int value, int goal) { return share(static_cast<float>(value), static_cast<float>(goal)); }
 
-float missionProgress(const City& city) {
-    const CityStats stats = computeStats(city);
+float missionProgress(const City& city) { return missionProgress(computeStats(city), city.missionIndex); }
+
+float missionProgress(const CityStats& stats, int mission) {
     const auto& working = stats.workingBuildings;
-    switch (city.missionIndex) {
+    switch (mission) {
     case 0:
         return 0.5f * share(roadCells(stats), 20) + 0.5f * share(stats.zonedCells, 20);
     case 1:

@@ -29,12 +29,12 @@ static int chebyshev(int x0, int y0, int x1, int y1) {
 
 // Lists the active sources, all of them full.
 static void collectSources(City& city) {
-    city.powerMemory.sources.clear();
-    city.waterMemory.sources.clear();
+    city.memory.power.sources.clear();
+    city.memory.water.sources.clear();
     for (const Building& building : city.buildings) {
         if (!isSource(building.kind) || !isFinished(building) || !building.roadAccess) continue;
         const SourceRow& row = sourceRow(building.kind);
-        NetworkMemory& network = isWaterSource(building.kind) ? city.waterMemory : city.powerMemory;
+        NetworkMemory& network = isWaterSource(building.kind) ? city.memory.water : city.memory.power;
         network.sources.push_back({building.x, building.y, row.reach, row.capacity});
     }
 }
@@ -118,8 +118,8 @@ static void serveBuilding(City& city, Building& building) {
         building.working = finished && building.roadAccess;
         return;
     }
-    building.powered = finished && takeUnit(city.powerMemory, building);
-    building.watered = !needsWater(building.kind) || (finished && takeUnit(city.waterMemory, building));
+    building.powered = finished && takeUnit(city.memory.power, building);
+    building.watered = !needsWater(building.kind) || (finished && takeUnit(city.memory.water, building));
     building.working = building.powered && building.watered && building.roadAccess;
 }
 
@@ -136,10 +136,10 @@ void updateRoadAccess(City& city) {
 void updateUtilities(City& city) {
     updateRoadAccess(city);
     collectSources(city);
-    drawReach(city.powerMemory);
-    drawReach(city.waterMemory);
+    drawReach(city.memory.power);
+    drawReach(city.memory.water);
     for (Building& building : city.buildings) serveBuilding(city, building);
-    city.powerField = city.powerMemory.field;
-    city.waterField = city.waterMemory.field;
+    city.powerField = city.memory.power.field;
+    city.waterField = city.memory.water.field;
     city.buildingsDirty = city.overlayDirty = 1;
 }

@@ -95,7 +95,7 @@ static void collectProviders(const City& city, Providers& providers) {
 // Brings the inputs of the memory up to date. Answers a bit for each service whose inputs are others than
 // in the run before.
 static int updateProviders(City& city) {
-    CoverageMemory& memory = city.coverageMemory;
+    CoverageMemory& memory = city.memory.coverage;
     Providers providers;
     collectProviders(city, providers);
     int changed = 0;
@@ -133,8 +133,8 @@ static void drawCoverage(CoverageMemory& memory, int service) {
 void updateCoverage(City& city) {
     const int changed = updateProviders(city);
     for (int service = 0; service < COVERAGE_SERVICES; service++) {
-        if (changed & (1 << service)) drawCoverage(city.coverageMemory, service);
-        city.coverage[service] = city.coverageMemory.grids[service];
+        if (changed & (1 << service)) drawCoverage(city.memory.coverage, service);
+        city.coverage[service] = city.memory.coverage.grids[service];
     }
     for (int unused = COVERAGE_SERVICES; unused < COVERAGE_COUNT; unused++)
         std::fill(city.coverage[unused].begin(), city.coverage[unused].end(), 0.0f);

@@ -34,7 +34,7 @@ static void clear(WeightedList& list, size_t room) {
 }
 
 static void readRoads(City& city) {
-    TrafficMemory& memory = city.trafficMemory;
+    TrafficMemory& memory = city.memory.traffic;
     if (!updateRoadNetwork(memory.network, city)) return;
     memory.uses.resize(CELL_COUNT);
     memory.nearBusStop.resize(CELL_COUNT);
@@ -44,7 +44,7 @@ static void readRoads(City& city) {
 
 // Fills the lists of homes and jobs. True when a bus depot works.
 static bool collectCommuters(City& city) {
-    TrafficMemory& memory = city.trafficMemory;
+    TrafficMemory& memory = city.memory.traffic;
     clear(memory.homes, city.buildings.size());
     clear(memory.jobs, city.buildings.size());
     bool hasDepot = false;
@@ -63,7 +63,7 @@ static bool collectCommuters(City& city) {
 }
 
 static void markNearBusStops(City& city) {
-    PerCell<uint8_t>& marks = city.trafficMemory.nearBusStop;
+    PerCell<uint8_t>& marks = city.memory.traffic.nearBusStop;
     std::fill(marks.begin(), marks.end(), uint8_t{0});
     for (int i = 0; i < CELL_COUNT; i++) {
         if (!city.cells[i].busStop) continue;
@@ -76,14 +76,14 @@ static void markNearBusStops(City& city) {
 }
 
 static bool takesBus(const City& city, const Building& home, int sample) {
-    if (!inMap(home.x, home.y) || !city.trafficMemory.nearBusStop[cellIndex(home.x, home.y)]) return false;
+    if (!inMap(home.x, home.y) || !city.memory.traffic.nearBusStop[cellIndex(home.x, home.y)]) return false;
     const bool transitFirst = hasPolicy(city, home.x, home.y, POLICY_TRANSIT_FIRST);
     const float share = transitFirst ? BUS_SHARE_TRANSIT_FIRST : BUS_SHARE;
     return hashUnit(static_cast<uint32_t>(sample), static_cast<uint32_t>(city.day), city.seed + 3) < share;
 }
 
 static void driveToWork(City& city, int homeIndex, int jobIndex) {
-    TrafficMemory& memory = city.trafficMemory;
+    TrafficMemory& memory = city.memory.traffic;
     const Building& home = city.buildings[homeIndex];
     const Building& job = city.buildings[jobIndex];
     const int from = roadBeside(memory.network, home.x, home.y);
@@ -94,7 +94,7 @@ static void driveToWork(City& city, int homeIndex, int jobIndex) {
 
 // Sends every sample to work by bus or by car. Answers how many ride the bus.
 static int drawCommutes(City& city, int samples, bool hasDepot) {
-    const TrafficMemory& memory = city.trafficMemory;
+    const TrafficMemory& memory = city.memory.traffic;
     const double commuters = static_cast<double>(totalOf(memory.homes));
     const int64_t jobs = totalOf(memory.jobs);
     if (jobs < 1) return 0;
@@ -114,7 +114,7 @@ static int drawCommutes(City& city, int samples, bool hasDepot) {
 
 // Every way that passes a cell adds `scale` to its flow, one after the other in single precision.
 static void addCommutes(City& city, double scale) {
-    TrafficMemory& memory = city.trafficMemory;
+    TrafficMemory& memory = city.memory.traffic;
     std::array<float, COMMUTE_SAMPLES + 1> flowOfUses;
     flowOfUses[0] = 0.0f;
     for (int uses = 1; uses <= COMMUTE_SAMPLES; uses++)
@@ -128,7 +128,7 @@ static void addCommutes(City& city, double scale) {
 static void addTrucks(City& city) {
     for (const Building& building : city.buildings) {
         if (building.kind != KIND_FACTORY || !building.working) continue;
-        const int road = roadBeside(city.trafficMemory.network, building.x, building.y);
+        const int road = roadBeside(city.memory.traffic.network, building.x, building.y);
         if (road < 0) continue;
         float trucks = static_cast<float>(building.level) * 60.0f;
         if (hasPolicy(city, building.x, building.y, POLICY_NO_TRUCKS)) trucks *= 0.5f;
@@ -141,7 +141,7 @@ static int capacityOf(int road) { return road == ROAD_AVENUE ? 2700 : road == RO
 static void updateLoad(City& city) {
     std::fill(city.roadCapacity.begin(), city.roadCapacity.end(), 0);
     std::fill(city.trafficLoad.begin(), city.trafficLoad.end(), 0.0f);
-    for (const int cell : city.trafficMemory.network.cells) {
+    for (const int cell : city.memory.traffic.network.cells) {
         const int capacity = capacityOf(city.cells[cell].road);
         if (capacity == 0) continue;
         city.roadCapacity[cell] = capacity;
@@ -150,7 +150,7 @@ static void updateLoad(City& city) {
 }
 
 static float averageLoad(const City& city, size_t begin, size_t end) {
-    const std::vector<uint16_t>& cells = city.trafficMemory.wayCells;
+    const std::vector<uint16_t>& cells = city.memory.traffic.wayCells;
     float sum = 0.0f;
     for (size_t i = begin; i < end; i++) sum += city.trafficLoad[cells[i]];
     return sum / static_cast<float>(end - begin);
@@ -158,7 +158,7 @@ static float averageLoad(const City& city, size_t begin, size_t end) {
 
 // The samples come in the order of their homes, so that the ways of a home lie side by side.
 static void updateCongestionOfHomes(City& city) {
-    const std::vector<TrafficMemory::Way>& ways = city.trafficMemory.ways;
+    const std::vector<TrafficMemory::Way>& ways = city.memory.traffic.ways;
     size_t begin = 0;
     for (size_t i = 0; i < ways.size();) {
         const int home = ways[i].home;
@@ -175,14 +175,14 @@ static void updateCongestionOfHomes(City& city) {
 
 static void updateCongestion(City& city) {
     for (Building& building : city.buildings) {
-        const int road = roadBeside(city.trafficMemory.network, building.x, building.y);
+        const int road = roadBeside(city.memory.traffic.network, building.x, building.y);
         building.congestion = road >= 0 ? city.trafficLoad[road] : 0.0f;
     }
     updateCongestionOfHomes(city);
 }
 
 void updateTraffic(City& city) {
-    TrafficMemory& memory = city.trafficMemory;
+    TrafficMemory& memory = city.memory.traffic;
     readRoads(city);
     const bool hasDepot = collectCommuters(city);
     if (hasDepot) markNearBusStops(city);

@@ -1,8 +1,10 @@
 // Cities that live for hundreds of days: what they reach, and that they come out the same to the last bit
 // with every compiler.
+#include "sim/build_tools.h"
 #include "sim/city_helpers.h"
 #include "sim/daily_tick.h"
 #include "sim/grown_cities.h"
+#include "sim/map_generation.h"
 #include "sim/save_file.h"
 #include "sim/towns.h"
 #include "temp_dir.h"
@@ -122,4 +124,24 @@ TEST(WholeCity, AMapFullOfCityIsTheSameOnEverySystem) {
     expectHashes(gridCity(9, 15, 60),
                  {13871638891238602810u, 3075035302224731567u, 12389585967232582908u, 5259507180357336495u,
                   9874313557738478009u, 11947234532265914118u, 16898572470305587143u});
+}
+
+TEST(WholeCity, ACopyLivesOnAsTheCityItWasMadeFromAndApartFromIt) {
+    City city = townOf5000();
+    const City asItWas = city;
+    City copy;
+    generateMap(copy, 7);
+    dailyTick(copy); // so that what its days remember is of another land
+    copy = city;
+
+    bulldozeRect(copy, 0, 0, GRID_SIZE - 1, GRID_SIZE - 1);
+    dailyTick(copy);
+    EXPECT_EQ(cityHashes(city), cityHashes(asItWas));
+    City fresh = asItWas;
+    fresh.memory = DayMemory();
+    for (int day = 0; day < 3; day++) {
+        dailyTick(city);
+        dailyTick(fresh);
+    }
+    EXPECT_EQ(cityHashes(city), cityHashes(fresh));
 }

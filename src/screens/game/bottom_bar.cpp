@@ -20,7 +20,7 @@ static void drawMission(App& app, const HudLayout& hud) {
     const int mission = std::clamp(app.city.missionIndex, 0, missionCount() - 1);
     const char* name = tr(STR_MISSION_1 + 2 * mission);
     const char* goal = tr(STR_GOAL_1 + 2 * mission);
-    const float progress = missionProgress(app.city);
+    const float progress = missionProgress(app.cityStats, app.city.missionIndex);
     const int small = uiFontSize(ui, 12.0f);
     char text[128];
 

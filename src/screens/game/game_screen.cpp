@@ -12,6 +12,7 @@
 #include "ui/words/format_text.h"
 
 void drawGameScreen(App& app, const Input& input) {
+    app.cityStats = computeStats(app.city);
     drawTopBar(app);
     drawToolPanel(app);
     drawRightPanel(app, input);

@@ -4,7 +4,6 @@
 #include "app/hud_layout.h"
 #include "app/session.h"
 #include "sim/calendar.h"
-#include "sim/city_stats.h"
 #include "sim/numbers.h"
 #include "ui/layer/ui_shapes.h"
 #include "ui/layer/ui_text.h"
@@ -78,8 +77,7 @@ static void addDate(TopBar& bar, const City& city) {
                    tr(STR_SPRING + static_cast<int>(season(city))), date);
 }
 
-static void collectReadOuts(TopBar& bar, const City& city) {
-    const CityStats stats = computeStats(city);
+static void collectReadOuts(TopBar& bar, const City& city, const CityStats& stats) {
     addMoney(bar, stats.money);
     addDate(bar, city);
     addCount(bar, STR_CITIZEN_COUNT, stats.population, colText);
@@ -176,7 +174,7 @@ void drawTopBar(App& app) {
     uiRect(ui, {0.0f, 42.0f * s, hud.width, 2.0f * s}, colFrame);
 
     TopBar bar;
-    collectReadOuts(bar, app.city);
+    collectReadOuts(bar, app.city, app.cityStats);
     fitInto(bar, app, hud);
     if (barButton(ui, MENU_ID, 10.0f * s, 84.0f * s, tr(STR_MENU), false, bar.fontSize)) app.paused = true;
     drawReadOuts(ui, bar, hud);

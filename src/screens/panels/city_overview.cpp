@@ -2,7 +2,6 @@
 
 #include "app/app.h"
 #include "screens/panels/panel_parts.h"
-#include "sim/city_stats.h"
 #include "sim/numbers.h"
 #include "ui/layer/ui_text.h"
 #include "ui/layer/ui_widgets.h"
@@ -31,7 +30,7 @@ void drawCityOverview(App& app, UiRect panel, float s) {
     uiText(ui, column.x, y, tr(STR_DEMAND), uiFontSize(ui, 16.0f), colText, ALIGN_LEFT, true);
     y += 28.0f * s;
 
-    const CityStats stats = computeStats(app.city);
+    const CityStats& stats = app.cityStats;
     for (int zone = 0; zone < static_cast<int>(stats.demand.size()); zone++) {
         drawDemand(ui, column, s, y, zone, stats.demand[zone]);
         y += 38.0f * s;

@@ -2,7 +2,6 @@
 
 #include "app/app.h"
 #include "screens/panels/panel_parts.h"
-#include "sim/city_stats.h"
 #include "sim/numbers.h"
 #include "ui/layer/ui_shapes.h"
 #include "ui/layer/ui_text.h"
@@ -60,7 +59,7 @@ static void legendEntry(Ui& ui, float x, float y, StringId caption, UiColor colo
 
 void drawFinancePanel(App& app, UiRect panel, float s) {
     Ui& ui = app.ui;
-    const CityStats stats = computeStats(app.city);
+    const CityStats& stats = app.cityStats;
     const double balance = stats.lastIncome - stats.lastExpense;
     const PanelColumn column = panelColumn(panel, s);
     panelTitle(ui, column, tr(STR_FINANCES));

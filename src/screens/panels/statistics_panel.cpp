@@ -2,7 +2,6 @@
 
 #include "app/app.h"
 #include "screens/panels/panel_parts.h"
-#include "sim/city_stats.h"
 #include "sim/numbers.h"
 #include "ui/layer/ui_widgets.h"
 #include "ui/words/format_text.h"
@@ -38,7 +37,7 @@ static int busStops(const City& city) {
 }
 
 void drawStatisticsPanel(App& app, UiRect panel, float s) {
-    const CityStats stats = computeStats(app.city);
+    const CityStats& stats = app.cityStats;
     const int unemployed = std::max(saturated(int64_t{stats.workers} - stats.employed), 0);
     const auto& working = stats.workingBuildings;
     const PanelColumn column = panelColumn(panel, s);

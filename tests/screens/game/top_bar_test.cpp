@@ -213,6 +213,7 @@ TEST_F(TopBarTest, ALargeRainyCityShowsItsHappinessInEveryLanguageAndOverlay) {
     app.city.population = app.city.jobs = 12345;
     app.city.happiness = 100.0f;
     app.city.raining = 1;
+    app.cityStats = computeStats(app.city);
     for (int language = 0; language < LANGUAGE_COUNT; language++) {
         setCurrentLanguage(language);
         fontsSetLanguage(app.fonts, language);
