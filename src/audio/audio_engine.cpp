@@ -13,7 +13,7 @@ constexpr int CHANNELS = 2;
 constexpr int FRAME_BYTES = CHANNELS * static_cast<int>(sizeof(float));
 
 static void SDLCALL fillStream(void* engine, Uint8* stream, int bytes) {
-    std::memset(stream, 0, static_cast<size_t>(bytes));
+    std::memset(stream, 0, static_cast<size_t>(bytes)); // because audioRender adds to what is there
     float* stereo = static_cast<float*>(static_cast<void*>(stream));
     audioRender(*static_cast<AudioEngine*>(engine), stereo, bytes / FRAME_BYTES);
 }

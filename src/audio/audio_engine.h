@@ -11,8 +11,8 @@
 
 struct AudioEngine {
     uint32_t device = 0;      // of SDL, 0 for none: the game is silent
-    float musicVolume = 0.5f; // 1 leaves a track as loud as it is; also that of the bed
-    float sfxVolume = 0.7f;
+    float musicVolume = 0.5f; // 1 leaves a track as loud as it is; also that of the bed's tones
+    float sfxVolume = 0.7f;   // also that of the bed's notes, because they are voices
     MusicPlayer music;
     float ambientLevel = 1.0f; // of the bed, which makes way for music
     Voices voices;

@@ -26,7 +26,7 @@ float softClip(float value) {
 // Both random steps are taken even when no note sounds, so that the generator runs on under the music.
 static void startAmbientNote(AudioEngine& audio) {
     audio.ambientTimer = noiseUnit(audio.rng) * 1.6f + 1.2f;
-    const int index = static_cast<int>(noiseUnit(audio.rng) * 6.0f) % 6;
+    const int index = static_cast<int>(noiseUnit(audio.rng) * 6.0f) % 6; // because noiseUnit reaches 1
     if (audio.ambientLevel < 0.5f) return;
     Voice* voice = freeVoice(audio.voices);
     if (!voice) return;
@@ -40,7 +40,6 @@ static void startAmbientNote(AudioEngine& audio) {
               .noiseState = 3};
 }
 
-// The bed and the voices of one block.
 struct BlockSound {
     Block level = {};
     Block phaseA = {};
@@ -73,7 +72,8 @@ static void walkBlock(AudioEngine& audio, float target, int frames, BlockSound& 
     addVoices(audio.voices, &sound.voices[summed], frames - summed);
 }
 
-// The drone's slow part counts from the start of each buffer, `first` frames back, so that it barely moves.
+// The drone's slow part counts from the start of each buffer, `first` frames back, so that it barely moves:
+// otherwise the drone would swell every 14 seconds.
 static void fillBed(const BlockSound& sound, int first, Block& bed) {
     for (int i = 0; i < BLOCK_FRAMES; i++) {
         const float slow = sineOfPhase(static_cast<float>(first + i) * 0.43982297f * FRAME_TIME);
@@ -89,7 +89,7 @@ static float readVolume(float& volume) {
 }
 
 void audioRender(AudioEngine& audio, float* stereo, int frames) {
-    assert(frames <= 65536); // beyond, the slow part of the bed would pass a turn
+    assert(frames <= 65536); // no buffer of SDL is longer; at 630,000 the slow part would pass a turn
     const float musicVolume = readVolume(audio.musicVolume);
     const float sfxVolume = readVolume(audio.sfxVolume);
     musicMix(audio.music, stereo, frames, musicVolume);

@@ -11,12 +11,11 @@
 
 constexpr float FADE_TIME = 1.2f;                        // seconds
 constexpr float SAMPLE_UNIT = 3.0517578e-05f;            // 1/32768
-constexpr uint64_t CONSUMED_FRAMES_KEPT = 8192;          // before they are removed in one move
+constexpr uint64_t CONSUMED_FRAMES_KEPT = 8192;          // because removing them moves all that follow
 constexpr uint64_t LARGEST_TRACK = INT_MAX - TRACK_TAIL; // the decoder counts bytes in an int
 constexpr uint64_t LARGEST_FRAME = 4096;                 // in bytes; no header says more than 2881
 
 // --- The decoder
-// -------------------------------------------------------------------------------------------------
 
 // One frame of sound, or none where the decoder passed over what it did not understand.
 struct Frame {
@@ -54,7 +53,6 @@ static uint64_t findStart(const MusicTrack& track) {
 }
 
 // --- The folder
-// ------------------------------------------------------------------------------------------------
 
 static bool makeRoom(std::vector<uint8_t>& bytes, uint64_t size) {
     try {
@@ -97,7 +95,6 @@ bool musicScan(MusicPlayer& player, const std::string& basePath, std::string* lo
 }
 
 // --- Decoded samples
-// ---------------------------------------------------------------------------------------------
 
 static void appendSamples(std::vector<float>& pcm, const Frame& frame) {
     const int channels = frame.info.channels;
@@ -140,7 +137,6 @@ static bool musicEnsure(MusicPlayer& player, uint64_t frames) {
 }
 
 // --- Tracks
-// ----------------------------------------------------------------------------------------------------
 
 // Two frames must come out: between them the resampler finds its first sample.
 static bool openTrack(MusicPlayer& player, size_t index) {
@@ -180,7 +176,6 @@ void musicSetMode(MusicPlayer& player, MusicMode mode) {
 }
 
 // --- Playing
-// ---------------------------------------------------------------------------------------------------
 
 static bool openFollowingTrack(MusicPlayer& player) {
     return player.mode == MUSIC_MENU ? musicOpen(player, 0) : musicNext(player);

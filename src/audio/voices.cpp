@@ -9,7 +9,6 @@
 using Block = std::array<float, BLOCK_FRAMES>;
 
 // --- Starting
-// --------------------------------------------------------------------------------------------------
 
 struct EffectRow {
     SoundEffect effect;
@@ -63,7 +62,6 @@ void startEffect(Voices& voices, uint32_t& rng, int effect) {
 }
 
 // --- Sounding
-// --------------------------------------------------------------------------------------------------
 
 // What the clocks of a voice show in each frame of a block that it sounds in.
 struct Course {
@@ -100,7 +98,8 @@ static void walk(Voice& voice, int frames, Course& course) {
     voice.phase = phase;
 }
 
-// The sign of the sine. Half a turn and TWO_PI are both a little more than the true ones in single precision.
+// The sign of the sine. In single precision half a turn and TWO_PI are both a little more than the true ones,
+// so that the sine is already negative at the one and positive at the other.
 static float squareOfPhase(float phase) { return phase >= 3.14159274f && phase < TWO_PI ? -1.0f : 1.0f; }
 
 static float noise(uint32_t& state) {

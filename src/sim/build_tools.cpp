@@ -135,19 +135,18 @@ bool placeBusStop(City& city, int x, int y) {
 
     city.money -= BUS_STOP_COST;
     cell.busStop = 1;
-    city.buildingsDirty = 1;
+    city.buildingsDirty = 1; // and no cell: its shelter is drawn among the buildings
     return answer(city, STATUS_BUS_STOP_BUILT);
 }
 
-// What a drag of the bulldozer leaves for its end. It concerns the whole city, and no cell on the way reads
-// it.
+// What a drag of the bulldozer leaves for its end, because it concerns the whole city and no cell reads it.
 struct Demolition {
     std::vector<uint8_t> demolished; // for each building: it is down, though still in the list
     bool networksChanged = false;
 };
 
 // Takes the demolished out of the list, which keeps its order, and tells the cells. An index behind the list,
-// as a loaded file may have, stays behind it.
+// as a loaded file may have, falls with the others, so that a drag leaves what its cells one by one would.
 static void removeDemolished(City& city, const std::vector<uint8_t>& demolished) {
     const auto listed = static_cast<int32_t>(demolished.size());
     std::vector<int32_t> newIndex(demolished.size(), -1);
@@ -178,6 +177,7 @@ static void demolish(City& city, int x, int y, Demolition& demolition) {
 
 static bool bulldozeCell(City& city, int x, int y, Demolition& demolition) {
     Cell& cell = city.cells[cellIndex(x, y)];
+    // A loaded file may show one building on two cells: it falls, and pays, once.
     if (buildingAt(city, x, y) && !demolition.demolished[cell.buildingIndex]) {
         demolish(city, x, y, demolition);
         return answer(city, STATUS_DEMOLISHED);

@@ -9,7 +9,6 @@
 
 bool canPlaceRoad(const City& city, int x, int y, int type);
 bool placeRoad(City& city, int x, int y, int type);
-// On the cells of walkLine.
 int placeRoadLine(City& city, int x0, int y0, int x1, int y1, int type);
 
 // True if the cell changed. Leaves no status.
@@ -23,5 +22,4 @@ bool placeBusStop(City& city, int x, int y);
 
 // Takes away one thing, the first of: building, bus stop, road, zone, district.
 bool bulldoze(City& city, int x, int y);
-// On the cells of walkRect.
 int bulldozeRect(City& city, int x0, int y0, int x1, int y1);

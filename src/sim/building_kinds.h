@@ -1,4 +1,4 @@
-// What each kind of building costs, employs and covers: one row a kind, and code asks the row.
+// What each kind of building costs and employs: one row a kind. Rules ask the row instead of the kind.
 #pragma once
 
 #include "sim/city.h"

@@ -3,6 +3,7 @@
 // The well-known inverse of days-from-civil: years begin in March, so that the leap day comes last.
 void calendarDate(const City& city, int& day, int& month, int& year) {
     const int64_t days = int64_t{city.calendarDay} + 739981; // since 0000-03-01
+    // Rounded down, because a loaded file may name a day before the year 0.
     const int64_t era = (days >= 0 ? days : days - 146096) / 146097;
     const int dayOfEra = static_cast<int>(days - era * 146097);
     const int yearOfEra = (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;

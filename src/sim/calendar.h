@@ -4,7 +4,7 @@
 #include "sim/city.h"
 
 enum Season {
-    SEASON_SPRING,
+    SEASON_SPRING, // March to May
     SEASON_SUMMER,
     SEASON_AUTUMN,
     SEASON_WINTER
@@ -13,5 +13,4 @@ enum Season {
 // Day of the month 1 to 31, month 1 to 12, and the year of City::calendarDay.
 void calendarDate(const City& city, int& day, int& month, int& year);
 
-// Spring is March to May, and so on by three months.
 Season season(const City& city);

@@ -33,7 +33,7 @@ static float dailyProgress(int kind) {
     return isPowerSource ? 0.2f : 0.33333334f;
 }
 
-// What the player placed announces that it is finished; what grew by itself does not.
+// What grew by itself is finished in silence: a day's growth could push all other news out of the queue.
 static void updateConstruction(City& city) {
     for (Building& building : city.buildings) {
         if (!(building.progress < 1.0f)) continue;
@@ -53,6 +53,8 @@ static void countRoads(City& city) {
     }
 }
 
+// Two tests instead of an else: money that is no number, as a loaded file may hold, neither clears the count
+// nor adds to it.
 static void checkBankruptcy(City& city) {
     if (city.money >= 0.0) city.daysBelowZero = 0;
     if (!(city.money < 0.0)) return;
@@ -85,5 +87,5 @@ void dailyTick(City& city) {
     pushHistory(city, city.lastIncome, city.lastExpense, city.population, city.happiness);
     checkBankruptcy(city);
     checkMissions(city);
-    updateUtilities(city);
+    updateUtilities(city); // so that others get at once what the abandoned used
 }

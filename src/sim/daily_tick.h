@@ -1,8 +1,9 @@
-// One day of the simulation.
+// One day of the simulation. The order of its passes is the contract between them: each reads what those
+// before it left, and of those behind it the figures of the day before, as growth reads the demand. In
+// another order the same seed would become another city.
 #pragma once
 
 #include "sim/city.h"
 
-// Runs every pass once, in the order that is the contract between them. A bankrupt city stands still, and so
-// does one that has finished its missions until `keepPlaying` is set.
+// A bankrupt city stands still, and so does one that has finished its missions until `keepPlaying` is set.
 void dailyTick(City& city);

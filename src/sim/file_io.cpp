@@ -28,6 +28,6 @@ bool writeFile(const std::string& path, const void* data, size_t size) {
     if (!file) return false;
 
     const bool written = size == 0 || std::fwrite(data, 1, size, file) == size;
-    const bool closed = std::fclose(file) == 0;
+    const bool closed = std::fclose(file) == 0; // a full disk may show only here
     return written && closed;
 }

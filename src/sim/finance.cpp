@@ -24,6 +24,7 @@ static double dailyUpkeep(const City& city, const Building& building) {
     if (isGrownKind(building.kind)) return building.level * 0.5;
     if (building.kind >= KIND_COUNT) return 0.0;
     const BuildingKindRow& row = BUILDING_KINDS[building.kind];
+    // Multiplied as whole numbers first: 55 at 110 percent would otherwise not be 60.5 to the last digit.
     return row.upkeep * city.serviceBudget[row.budgetIndex] / 100.0;
 }
 

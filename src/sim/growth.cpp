@@ -7,27 +7,28 @@
 
 #include <algorithm>
 
-static constexpr int CONDEMNED_UNSERVED_DAYS = 8;
+static constexpr int CONDEMNED_UNSERVED_DAYS = 8; // only a loaded file brings any: no rule counts them up
 static constexpr int CONDEMNED_UNHAPPY_DAYS = 30;
 
 // Indexed like City::demand.
 static constexpr float MINIMUM_LAND_VALUE[4] = {0.28f, 0.30f, 0.36f, 0.22f};
 
+// For the hashes, because unsigned products wrap around and signed ones must not.
 static uint32_t bits(int32_t value) { return static_cast<uint32_t>(value); }
 
+// Trees in a zone and an index outside the list are a loaded file's. Without its sign, -1 is outside too.
 static bool isFree(const City& city, const Cell& cell) {
     const bool hasBuilding = bits(cell.buildingIndex) < city.buildings.size();
     return !hasBuilding && cell.road == ROAD_NONE && !cell.hasTrees && cell.terrain != TERRAIN_ROCK &&
            cell.terrain != TERRAIN_WATER;
 }
 
-// Whether anything can grow in the zone at all: the chance is zero where demand is low, and most days only
-// some zones are wanted.
+// The only gate that demand needs: from -0.25 down the growth chance is held to 0, and no roll lies below
+// that. It is asked once a zone instead of in every cell, because on most days only some zones are wanted.
 static bool isWanted(const City& city, int zone) {
     return zone > ZONE_NONE && zone <= ZONE_INDUSTRIAL && city.demand[zone - 1] + 0.25f > 0.0f;
 }
 
-// 0 where the land is too poor.
 static float growthChance(const City& city, int index) {
     const int zone = city.cells[index].zone - 1;
     const float landValue = city.landValue[index];

@@ -8,5 +8,5 @@ constexpr int DAILY_GROWTH_LIMIT = 14;
 void growZones(City& city);
 void updateBuildingLevels(City& city);
 
-// Removes the records that the day condemned; what stays keeps its order.
+// Removes the records that the day condemned. What stays keeps its order, because networks serve by it.
 void removeCondemnedBuildings(City& city);

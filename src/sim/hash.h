@@ -9,7 +9,7 @@ inline uint32_t hashCell(uint32_t x, uint32_t y, uint32_t salt) {
     return h ^ (h >> 16);
 }
 
-// 0 to 1, both ends included.
+// 0 to 1, both ends included. Of 24 bits, because a float holds no more of them exactly.
 inline float hashUnit(uint32_t x, uint32_t y, uint32_t salt) {
     return static_cast<float>(hashCell(x, y, salt) & 0xFFFFFFu) / 16777215.0f;
 }
@@ -18,5 +18,5 @@ inline float hashUnit(uint32_t x, uint32_t y, uint32_t salt) {
 float valueNoise(float x, float y, uint32_t salt);
 
 // `octaves` of valueNoise at doubling frequency and halving amplitude, their weighted mean: 0 to 1.
-// The salt grows by 101 an octave, and the position is scale x coordinate x frequency.
+// The salt grows by 101 an octave, so that none repeats another in small.
 float fractalNoise(float x, float y, float scale, int octaves, uint32_t salt);

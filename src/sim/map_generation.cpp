@@ -24,7 +24,7 @@ static float cornerHeight(int cornerX, int cornerY, uint32_t seed) {
                       hill(x, y, 26.0f, 17.28f, 78.72f, 446.05435f) +
                       hill(x, y, 22.0f, 82.56f, 15.36f, 298.59842f);
 
-    // Inside the mask the land stays flat at the starting height.
+    // Inside the mask the land stays flat at 10, so that every seed has room for a town to begin.
     const float t = std::clamp((distanceToCentre(x, y) / 13.0f - 1.0f) / 1.4f, 0.0f, 1.0f);
     const float mask = t * t * (3.0f - 2.0f * t);
     return mask * (raw - 10.0f) + 10.0f;
@@ -56,7 +56,7 @@ static void computeTerrain(City& city, int x, int y) {
 }
 
 void generateMap(City& city, uint32_t seed) {
-    // A fresh record is a city at the start of a game; what goes on from the one before is carried over.
+    // A fresh record instead of a list of fields to clear, which could miss one.
     City fresh;
     fresh.calendarDay = city.calendarDay;
     fresh.eventCount = city.eventCount;

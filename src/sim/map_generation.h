@@ -4,5 +4,6 @@
 
 #include "sim/city.h"
 
-// Resets every field of the city to the start of a game, but for `calendarDay` and `eventCount`, which go on.
+// Resets every field of the city to the start of a game but two: `calendarDay`, because the sun's year runs
+// on from one game to the next, and `eventCount`, because only a number never seen before is news.
 void generateMap(City& city, uint32_t seed);

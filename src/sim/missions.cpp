@@ -64,6 +64,7 @@ void checkMissions(City& city) {
         postEvent(city, STATUS_MISSION_COMPLETE, MISSION_REWARD);
         city.missionIndex++;
     }
+    // Not only after a reward: a loaded file may have all missions behind it and not be marked.
     if (city.missionIndex >= MISSION_COUNT && !city.allMissionsDone) {
         city.allMissionsDone = 1;
         postEvent(city, STATUS_ALL_MISSIONS_COMPLETE, 0);

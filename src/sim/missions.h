@@ -4,7 +4,7 @@
 #include "sim/city_stats.h"
 
 constexpr int MISSION_COUNT = 6;
-constexpr int MISSION_REWARD = 15000; // money
+constexpr int MISSION_REWARD = 15000;
 
 constexpr int missionCount() { return MISSION_COUNT; }
 

@@ -27,7 +27,7 @@ static int chebyshev(int x0, int y0, int x1, int y1) {
     return std::max(std::abs(x0 - x1), std::abs(y0 - y1));
 }
 
-// Lists the active sources, all of them full.
+// Lists the active sources, all of them full. Not by `working`, which is still that of the last run.
 static void collectSources(City& city) {
     city.memory.power.sources.clear();
     city.memory.water.sources.clear();
@@ -39,8 +39,9 @@ static void collectSources(City& city) {
     }
 }
 
-// Draws the reach of every source, also of one that will have nothing left to give, and finds the nearest to
-// each cell, unless these are the sources of the last run.
+// Draws the reach of every source and finds the nearest to each cell, unless these are the sources of the
+// last run. What they have left plays no part, so that a dark building within a reach tells the player that
+// capacity is short.
 static void drawReach(NetworkMemory& network) {
     if (network.drawn == network.sources) return;
     network.drawn = network.sources;
@@ -59,6 +60,7 @@ static void drawReach(NetworkMemory& network) {
             for (int x = x0; x <= x1; x++) {
                 const int cell = cellIndex(x, y);
                 const int distance = chebyshev(source.x, source.y, x, y);
+                // Over one more than the reach, so that its last cell is not as dark as the unreached.
                 const float value =
                     1.0f - static_cast<float>(distance) / static_cast<float>(source.reach + 1);
                 network.field[cell] = std::max(network.field[cell], value);
@@ -105,12 +107,11 @@ static bool takeUnit(NetworkMemory& network, const Building& building) {
     return true;
 }
 
-// Parks and utilities serve themselves.
 static bool needsNoNetwork(int kind) { return kind == KIND_PARK || isSource(kind); }
 
 static bool needsWater(int kind) { return kind <= KIND_SCHOOL; }
 
-// Water is taken also by a building that gets no power.
+// Water is taken also by a building that gets no power, so that a lack of one moves nothing in the other.
 static void serveBuilding(City& city, Building& building) {
     const bool finished = isFinished(building);
     if (needsNoNetwork(building.kind)) {
@@ -138,6 +139,7 @@ void updateUtilities(City& city) {
     collectSources(city);
     drawReach(city.memory.power);
     drawReach(city.memory.water);
+    // In their order, so that the older building keeps what is short.
     for (Building& building : city.buildings) serveBuilding(city, building);
     city.powerField = city.memory.power.field;
     city.waterField = city.memory.water.field;

@@ -10,7 +10,7 @@ inline float hold(float value, float low, float high) {
     return value < high ? value : high;
 }
 
-// The integer part, at the ends of the range where it does not fit. NaN becomes 0.
+// The integer part, held to the range, and 0 for NaN, because a cast of what does not fit may give anything.
 inline int32_t wholePart(float value) {
     if (value >= 2147483648.0f) return std::numeric_limits<int32_t>::max();
     if (value < -2147483648.0f) return std::numeric_limits<int32_t>::min();

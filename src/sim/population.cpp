@@ -28,7 +28,6 @@ struct PeopleCount {
     int64_t jobs = 0;
 };
 
-// Of working buildings.
 static PeopleCount countPeople(const City& city) {
     PeopleCount count;
     for (const Building& building : city.buildings) {
@@ -71,7 +70,8 @@ static void updateStaff(City& city, float fill) {
     }
 }
 
-// Shops that find no goods serve nobody, though their staff stays.
+// After the staff, because the goods of all buildings must be counted first. Without goods a shop earns less,
+// by its `staffing`, though whom it has hired stays.
 static void updateShops(City& city, float fill) {
     city.goodsRatio = city.goodsDemand == 0.0f ? 1.0f : hold(city.goodsSupply / city.goodsDemand, 0.0f, 1.0f);
     for (Building& building : city.buildings)
@@ -79,7 +79,8 @@ static void updateShops(City& city, float fill) {
             building.staffing = hold(city.goodsRatio * fill, 0.0f, 1.0f);
 }
 
-// What the building's happiness moves towards.
+// What the building's happiness moves towards. In another order its sum would round to another number, and
+// the same seed would not give the same city.
 static float happinessTarget(const City& city, const Building& building, float fill) {
     const int cell = inMap(building.x, building.y) ? cellIndex(building.x, building.y) : -1;
     const auto here = [cell](const Grid& field) { return cell < 0 ? 0.0f : field[cell]; };
@@ -96,7 +97,7 @@ static float happinessTarget(const City& city, const Building& building, float f
     value += (here(city.landValue) - 0.4f) * 20.0f;
     if (building.kind == KIND_HOMES) {
         value += static_cast<float>(100 - city.taxRate[0]) * 0.08f;
-        value -= (1.0f - fill) * 15.0f;
+        value -= (1.0f - fill) * 15.0f; // empty job places; missing ones lower the demand for homes instead
     }
     if (const int district = districtAt(city, building.x, building.y)) {
         if (city.districtPolicy[district] & POLICY_SMOKE_FREE) value += 2.0f;
@@ -106,6 +107,7 @@ static float happinessTarget(const City& city, const Building& building, float f
     return hold(value, 0.0f, 100.0f);
 }
 
+// A better day takes back one bad day instead of all, so that where most are bad the building falls.
 static void updateHappiness(const City& city, Building& building, float fill) {
     building.happiness += (happinessTarget(city, building, fill) - building.happiness) * 0.2f;
     if (building.happiness < UNHAPPY_BELOW)
@@ -122,7 +124,7 @@ static void updateResidents(Building& home, float demand) {
         if (demand > -0.3f) residents += step;
     } else if (home.working) {
         if (home.happiness < MOVING_OUT_BELOW) residents -= capacity >= 20 ? capacity / 10 : 1;
-    } else if (home.unservedDays > 3) {
+    } else if (home.unservedDays > 3) { // only from a loaded file: who is cut off stays
         residents -= step;
     }
     home.occupants = static_cast<int32_t>(std::clamp<int64_t>(residents, 0, capacity));
@@ -176,6 +178,7 @@ void updateDemand(City& city) {
     const float workers = static_cast<float>(city.workers);
     const float customers = 0.3f * static_cast<float>(city.population);
 
+    // The constants in the divisors keep the demand of a small town small, and that of an empty one at 0.
     city.demand[0] = heldDemand((places - workers) / (workers + 300.0f));
     city.demand[1] = heldDemand((customers - shopPlaces) / (customers + 300.0f));
     city.demand[2] =

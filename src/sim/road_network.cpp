@@ -96,8 +96,9 @@ struct Nose {
 };
 
 // Depth-first from `from`, exits in their order, with at most `detours` steps away from the target. A cell is
-// not entered again with no more detours left than before: what failed then fails now. Answers the length of
-// the way, 0 for none.
+// not entered again with no more detours left than before. If it has been left, what failed then fails now.
+// If it is still on the way, the way would close a loop, and without the loop a try with fewer detours would
+// have succeeded. Answers the length of the way, 0 for none.
 static int followNose(RoadNetwork& network, Nose& nose, int from, int detours) {
     int length = 0;
     int cell = from;
@@ -148,7 +149,7 @@ static void searchBreadthFirst(RoadNetwork& network, int from, int to) {
     }
 }
 
-// A search marks cells with `mark` and the MAX_DETOURS numbers above it; this one begins above the last.
+// Begins above all marks of the last search, `mark` to `mark` + MAX_DETOURS, so that none must be cleared.
 static void startSearch(RoadNetwork& network) {
     constexpr int STEP = MAX_DETOURS + 1;
     if (network.mark > UINT16_MAX - 2 * STEP) {

@@ -29,7 +29,7 @@ struct SaveWriter {
     }
 };
 
-// A block past the end fails; it and all that follow leave their target as it was.
+// A block past the end fails; it and all behind it change nothing, so that one test in the end is enough.
 struct SaveReader {
     const uint8_t* at;
     size_t left;
@@ -40,13 +40,13 @@ struct SaveReader {
             failed = true;
             return;
         }
-        if (size > 0) std::memcpy(data, at, size);
+        if (size > 0) std::memcpy(data, at, size); // an empty list may be null, which memcpy must not see
         at += size;
         left -= size;
     }
 };
 
-// The one list of fields, for both directions, in the order of the file.
+// In the order of the file. One list for both directions, so that they cannot drift apart.
 template<class Stream, class AnyCity>
 static void exchangeFields(Stream& stream, AnyCity& city, uint32_t version) {
     const auto field = [&stream](auto& value) { stream.block(&value, sizeof value); };
@@ -91,7 +91,7 @@ template<class Record> static void writeRecords(SaveWriter& writer, const std::v
     writer.block(records.data(), records.size() * sizeof(Record));
 }
 
-// The count must lie within the bounds, and that many records must really be there before room is made.
+// The records must be there before room for them is made, so that a count that lies costs no memory.
 template<class Record>
 static bool readRecords(SaveReader& reader, std::vector<Record>& records, size_t least, size_t most) {
     uint32_t count = 0;
@@ -117,6 +117,7 @@ static bool readCity(SaveReader& reader, City& city) {
            readRecords(reader, city.buildings, 0, SAVED_BUILDING_LIMIT);
 }
 
+// Asks only for what becomes an index and for the rates: the rules are safe from all else, however odd.
 static bool isValid(const City& city) {
     const auto allWithin = [](const auto& values, int low, int high) {
         return std::all_of(values.begin(), values.end(), [=](int v) { return v >= low && v <= high; });

@@ -21,7 +21,7 @@ static float budgetFactor(int budget) {
 }
 
 // 1 - d / radius over the square around a centre, row by row, and how far the disc reaches to both sides in
-// each row.
+// each row, so that nobody asks each cell whether it lies inside.
 struct Kernel {
     int radius;
     std::vector<int> halfWidths;
@@ -109,7 +109,9 @@ static int updateProviders(City& city) {
     return changed;
 }
 
-// Spreads the service from every place that has the bit, leaving the highest value on each cell.
+// Spreads the service from every place that has the bit. The highest value stays on each cell, so that a bit
+// is enough for any number of providers, in any order. It may pass 1: held there, a budget above 100 would be
+// lost on those who live beside the service.
 static void spreadService(const CoverageMemory& memory, Grid& grid, int bit, const Kernel& kernel,
                           float strength, float factor) {
     for (int y = -COVERAGE_MARGIN; y < GRID_SIZE + COVERAGE_MARGIN; y++)
@@ -126,7 +128,7 @@ static void drawCoverage(CoverageMemory& memory, int service) {
     const float factor = budgetFactor(memory.budgets[service]);
     std::fill(grid.begin(), grid.end(), 0.0f);
     spreadService(memory, grid, 1 << service, coverageKernel(service), 1.0f, factor);
-    // A stop serves its surroundings without a depot too.
+    // A stop serves its surroundings without a depot too, though it then carries nobody.
     if (service == COVERAGE_TRANSIT) spreadService(memory, grid, BUS_STOP_BIT, busStopKernel(), 0.6f, factor);
 }
 
@@ -169,6 +171,7 @@ static void updatePollution(City& city) {
 
 static float terrainValue(int terrain) {
     constexpr std::array<float, 5> VALUES = {0.45f, 0.55f, 0.2f, 0.05f, 0.4f};
+    // A loaded file may hold any terrain.
     return terrain < static_cast<int>(VALUES.size()) ? VALUES[terrain] : VALUES[TERRAIN_GRASS];
 }
 

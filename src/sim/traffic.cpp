@@ -39,7 +39,7 @@ static void readRoads(City& city) {
     memory.uses.resize(CELL_COUNT);
     memory.nearBusStop.resize(CELL_COUNT);
     memory.ways.reserve(COMMUTE_SAMPLES);
-    memory.wayCells.reserve(COMMUTE_SAMPLES * memory.network.cells.size());
+    memory.wayCells.reserve(COMMUTE_SAMPLES * memory.network.cells.size()); // no way passes a cell twice
 }
 
 // Fills the lists of homes and jobs. True when a bus depot works.
@@ -92,7 +92,8 @@ static void driveToWork(City& city, int homeIndex, int jobIndex) {
     memory.ways.push_back({homeIndex, static_cast<uint32_t>(memory.wayCells.size())});
 }
 
-// Sends every sample to work by bus or by car. Answers how many ride the bus.
+// Sends every sample to work by bus or by car. Homes are taken at even steps, so that each sends its share,
+// and jobs by chance. Answers how many ride the bus.
 static int drawCommutes(City& city, int samples, bool hasDepot) {
     const TrafficMemory& memory = city.memory.traffic;
     const double commuters = static_cast<double>(totalOf(memory.homes));
@@ -112,7 +113,8 @@ static int drawCommutes(City& city, int samples, bool hasDepot) {
     return riders;
 }
 
-// Every way that passes a cell adds `scale` to its flow, one after the other in single precision.
+// Every way that passes a cell adds `scale` to its flow, one after the other in single precision. The sums
+// are made once for all cells, because a product of uses and scale would be rounded otherwise.
 static void addCommutes(City& city, double scale) {
     TrafficMemory& memory = city.memory.traffic;
     std::array<float, COMMUTE_SAMPLES + 1> flowOfUses;
@@ -136,6 +138,7 @@ static void addTrucks(City& city) {
     }
 }
 
+// 0 for a type of road that only a loaded file can hold.
 static int capacityOf(int road) { return road == ROAD_AVENUE ? 2700 : road == ROAD_STREET ? 900 : 0; }
 
 static void updateLoad(City& city) {
@@ -197,7 +200,7 @@ void updateTraffic(City& city) {
         const int riders = drawCommutes(city, samples, hasDepot);
         city.transitRiders = saturated(static_cast<int64_t>(std::floor(riders * scale + 0.5)));
         addCommutes(city, scale);
-        addTrucks(city);
+        addTrucks(city); // nobody drives one where nobody goes to work
     }
     updateLoad(city);
     updateCongestion(city);
