@@ -1,12 +1,11 @@
-// Fingerprints of what a mesh is made from. The city raises its marks generously, so a mesh may be called
-// stale although nothing that it shows has changed: with an equal fingerprint it is neither built nor
-// uploaded again.
+// Fingerprints of what a mesh is made from, because the city raises its marks generously: a mesh called stale
+// whose fingerprint is the same is neither built nor uploaded again.
 #pragma once
 
 #include <bit>
 #include <cstdint>
 
-// Never comes out as 0 but by a chance of one in 2^64: 0 stands for a mesh that was never built.
+// Not 0, since that stands for a mesh that was never built.
 constexpr uint64_t FINGERPRINT_START = 1;
 
 inline uint64_t mixFingerprint(uint64_t fingerprint, uint32_t value) {

@@ -1,5 +1,6 @@
-// Every OpenGL entry point that the program uses, fetched by name once the context exists. Nothing is linked
-// statically, so that a driver that lacks one is told apart from a crash.
+// The OpenGL entry points, fetched by name once the context exists. Nothing is linked statically, so that a
+// driver that lacks one is told apart from a crash. A few are called by nobody, because a driver that lacks
+// even those has no OpenGL 3.3 and is better refused at the start.
 #pragma once
 
 #define GL_GLEXT_PROTOTYPES // only for the types of the functions
@@ -34,6 +35,6 @@ extern GlFunctions gl;
 // Finds an entry point by name; nullptr when the driver lacks it.
 using GlLoader = void* (*)(const char* name);
 
-// Fills the table right after the context was made current. Tries every name, and says each missing one on
-// the error stream; true when none was missing.
+// Fills the table right after the context was made current; true when none was missing. Tries every name, so
+// that the error stream tells all that are.
 bool loadGlFunctions(GlLoader loader = SDL_GL_GetProcAddress);

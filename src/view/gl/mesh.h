@@ -1,4 +1,4 @@
-// A vertex buffer on the graphics card. Whoever holds a Mesh keeps it until something makes it stale.
+// A vertex buffer on the graphics card, kept until it is stale, so that what stands still is not sent again.
 #pragma once
 
 #include "view/gl/mesh_builder.h"
@@ -13,7 +13,7 @@ struct Mesh {
     uint64_t fingerprint = 0; // of what it was built from (view/gl/fingerprint.h), 0 = never built
 };
 
-// Replaces the mesh's content. A dynamic mesh keeps its storage while the new content fits.
+// Replaces the mesh's content. A dynamic mesh is filled each frame, so its storage grows and never shrinks.
 void uploadMesh(Mesh& mesh, const MeshBuilder& builder, bool dynamic);
 // Draws nothing for a mesh that was never filled.
 void drawMesh(const Mesh& mesh);

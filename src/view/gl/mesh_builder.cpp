@@ -101,4 +101,5 @@ void addFrustum(MeshBuilder& builder, const Vec3& baseCentre, float bottomRadius
     }
 }
 
+// In another order every tree would stand elsewhere and every house change its colours.
 float hash01(uint32_t a, uint32_t b, uint32_t salt) { return hashUnit(b, salt, a); }

@@ -7,7 +7,8 @@
 #include <cstdint>
 #include <vector>
 
-// What the fragment shader makes of a surface. It tests half-integer thresholds, so these are whole numbers.
+// What the fragment shader makes of a surface. It tells them apart at the half between two, because a whole
+// number need not arrive whole inside a triangle.
 enum Material {
     MATERIAL_TERRAIN,
     MATERIAL_WALL,

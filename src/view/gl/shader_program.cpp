@@ -4,8 +4,8 @@
 
 constexpr int LOG_SIZE = 1024;
 
-// The same places for every program, so that one vertex array serves them all. A shader text with places of
-// its own overrules them.
+// The same places for every program, so that one vertex array serves them all. The texts of the interface
+// name places of their own, which win.
 static constexpr const char* ATTRIBUTES[] = {"aPos", "aNrm", "aCol", "aData", "aUV"};
 
 uint32_t compileShader(uint32_t type, const char* text, std::string* log) {

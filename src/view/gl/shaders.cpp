@@ -26,6 +26,10 @@ void main() {
 }
 )";
 
+// Makes windows, mottles and road marks from the place in the world, so that a building stays a few plain
+// boxes. Hashes and the mirror image stand before the branches, because a software rasteriser walks through
+// every branch for every pixel and would reckon those of each material. Squares and cubes, of the water too,
+// are multiplied out, since pow is undefined a little below 0.
 const char* const WORLD_FRAGMENT_TEXT = R"(#version 330 core
 in vec3 vPos;
 in vec3 vNrm;

@@ -41,7 +41,7 @@ static constexpr AddModel FIXED_MODELS[] = {
 };
 static_assert(KIND_POLICE_STATION + std::size(FIXED_MODELS) == KIND_COUNT);
 
-// Homes, shops and offices of a level outside 1 to 3 are drawn as of level 3.
+// Only a damaged save holds homes, shops or offices of a level outside 1 to 3; they are drawn as of level 3.
 static int drawnLevel(const BuildingLook& look) {
     if (look.kind >= KIND_FACTORY || (look.level >= 1 && look.level <= MODEL_LEVELS)) return look.level;
     return MODEL_LEVELS;

@@ -10,10 +10,9 @@
 
 // The base of every model lies this far under the ground, so that a sloping cell shows no gap.
 constexpr float GROUND = 0.6f;
-// Lawns and yards lie a little over the ground.
+// Lawns and yards lie a little over the ground; on a level cell it would otherwise flicker through them.
 constexpr float YARD = GROUND + 0.12f;
 
-// What a model's look depends on.
 struct Lot {
     float x = 0.0f; // world position of the centre, a source of chance
     float z = 0.0f;
@@ -51,10 +50,8 @@ template<size_t N> const Vec3& paletteRow(const std::array<Vec3, N>& palette, fl
     return palette[static_cast<size_t>(row) % N];
 }
 
-// Moves all vertices from index `first` on.
 void moveVertices(MeshBuilder& builder, size_t first, const Vec3& offset);
 
-// A box of plain material.
 void addPlainBox(MeshBuilder& builder, const Vec3& min, const Vec3& max, const Vec3& colour,
                  float emissive = 0.0f);
 // A square post from `foot` up to the height `top`.
@@ -74,9 +71,8 @@ void addRooftopUnit(MeshBuilder& builder, const Vec3& min, const Vec3& max);
 // Four thin walls just inside a rectangle around the centre.
 void addParapet(MeshBuilder& builder, float halfX, float halfZ, float bottom, float height,
                 const Vec3& colour);
-// Posts and a rail from start to end, which lie along x or along z at the same height.
+// From `start` to `end` along x or along z, at one height, since the rail is a single box.
 void addFence(MeshBuilder& builder, const Vec3& start, const Vec3& end, float height, const Vec3& colour);
-// Fences along the four edges of the lot.
 void addLotFence(MeshBuilder& builder, const Vec3& colour);
 // On the wall at `wallZ`, as wide as `halfWidth` on both sides of the centre; `bottom` is the slab's
 // underside.

@@ -1,5 +1,5 @@
-// A building before it is finished, the same for all kinds: a rising concrete core, scaffold poles of the
-// final height from the first day, and a crane.
+// A building before it is finished, the same for all kinds, so that a growing town reads at a glance: a
+// rising concrete core, a crane, and scaffold poles that tell the final height from the first day.
 #pragma once
 
 #include "view/gl/mesh_builder.h"

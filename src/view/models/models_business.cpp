@@ -50,7 +50,6 @@ void addShop(MeshBuilder& builder, const Lot& lot) {
 
 constexpr Vec3 MULLION = {0.78f, 0.80f, 0.84f};
 
-// A glass shaft around the centre with its mullions.
 static void addShaft(MeshBuilder& builder, const Lot& lot, float scale, float bottom, float top,
                      int mullionCount) {
     const float hx = scale * lot.halfX;

@@ -32,7 +32,7 @@ void addHouse(MeshBuilder& builder, const Lot& lot) {
     addPost(builder, {doorX - 0.8f, 0.0f, porchZ - 0.1f}, 2.5f, 0.14f, PALE_TRIM);
     addPost(builder, {doorX + 0.8f, 0.0f, porchZ - 0.1f}, 2.5f, 0.14f, PALE_TRIM);
 
-    // Garden.
+    // Lawn, path and hedge.
     addYard(builder, {0.42f, 0.66f, 0.32f}, MATERIAL_TERRAIN);
     addFlatQuad(builder, doorX - 0.45f, doorX + 0.45f, hz, 4.0f, YARD + 0.04f, {0.70f, 0.70f, 0.68f},
                 MATERIAL_PLAIN);

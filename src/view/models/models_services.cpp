@@ -26,7 +26,6 @@ void addPoliceStation(MeshBuilder& builder, const Lot&) {
     addPoliceRoof(builder, hx, hz, roof);
 }
 
-// A dark door in a frame of four thin boxes, up to 3.8.
 static void addGarageBay(MeshBuilder& builder, float centreX, float halfWidth, float wallZ) {
     const float outer = halfWidth + 0.15f;
     const float frameZ = wallZ + 0.2f;
@@ -59,7 +58,6 @@ void addFireStation(MeshBuilder& builder, const Lot&) {
     addWarningLamp(builder, tower + Vec3{0.0f, 15.56f, 0.0f});
 }
 
-// A disc with the letter H.
 static void addHelipad(MeshBuilder& builder, const Vec3& centre) {
     const float top = 0.15f;
     const float letter = top + 0.05f;
@@ -129,7 +127,6 @@ void addSchool(MeshBuilder& builder, const Lot&) {
     addSchoolYard(builder);
 }
 
-// Four slats over a dark door.
 static void addDepotBay(MeshBuilder& builder, float centreX, float wallZ) {
     const float half = 0.85f;
     addPlainBox(builder, {centreX - half, 0.0f, wallZ}, {centreX + half, 3.2f, wallZ + 0.08f}, DARK_DOOR);

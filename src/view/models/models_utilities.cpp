@@ -40,7 +40,7 @@ void addGasPlant(MeshBuilder& builder, const Lot&) {
     addLotFence(builder, STEEL_GREY);
 }
 
-// Tilted about x; the shader draws its cells from the quad's texture coordinates.
+// One quad, because the shader draws the cells from its texture coordinates.
 static void addSolarPanel(MeshBuilder& builder, float x, float z) {
     const float low = GROUND + 1.2f;
     const float high = GROUND + 3.0f;

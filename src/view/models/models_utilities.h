@@ -1,4 +1,5 @@
-// Power and water: one fixed model a kind, but for the turbine, whose blades stand by the lot's seed.
+// Power and water: one fixed model a kind. Only a turbine's blades stand by the lot's seed, so that not all
+// turbines are alike; they do not turn, since their mesh is sent only when the town changes.
 #pragma once
 
 #include "view/models/building_parts.h"

@@ -64,8 +64,7 @@ static float clampTarget(float target, float low, float high) {
     return std::min(std::max(target, MAP_MARGIN - low), MAP_WIDTH - MAP_MARGIN - high);
 }
 
-// A pose that is no number, as odd state strings and pointers can make it, falls back to that of a new
-// camera.
+// Odd state strings and pointers can make any pose. An infinite pitch or distance is left to the clamp.
 static void repairPose(Camera& camera) {
     const Camera fresh;
     if (!std::isfinite(camera.target.x)) camera.target.x = fresh.target.x;
@@ -81,6 +80,7 @@ void clampCamera(Camera& camera, float aspect) {
     camera.distance = std::clamp(camera.distance, NEAREST, FARTHEST);
 
     const Footprint unit = unitFootprint(camera, aspect);
+    // In steps, not to the exact fit, otherwise the same state strings would give other pictures.
     while (camera.distance > NEAREST && !fitsOnMap(unit, camera.distance))
         camera.distance = std::max(camera.distance * 0.95f, NEAREST);
     camera.target.x = clampTarget(camera.target.x, unit.lowX * camera.distance, unit.highX * camera.distance);
@@ -98,7 +98,8 @@ static float heldAxis(const Input& input, Key plus, Key otherPlus, Key minus, Ke
     return axis;
 }
 
-// The mouse near a side of the window pans as a key would, and adds to the keys.
+// The mouse near a side of the window pans as a key would, and adds to the keys; not in a drag, which would
+// otherwise slide away where it reaches a side.
 static void addEdgePan(const Input& input, float& forward, float& right) {
     const float width = static_cast<float>(input.drawableWidth);
     const float height = static_cast<float>(input.drawableHeight);
@@ -123,13 +124,14 @@ void updateCamera(Camera& camera, const Input& input, float dt) {
     float forward = heldAxis(input, KEY_W, KEY_UP, KEY_S, KEY_DOWN);
     float right = heldAxis(input, KEY_D, KEY_RIGHT, KEY_A, KEY_LEFT);
     addEdgePan(input, forward, right);
-    // The higher the view, the faster it pans.
+    // The higher the view, the faster it pans, so that the ground crosses the window at the same pace.
     const float panSpeed = camera.distance * 0.9f * dt;
     moveTarget(camera, right * panSpeed, forward * panSpeed);
 
     if (input.keysHeld[KEY_Q]) camera.yaw -= 1.8f * dt;
     if (input.keysHeld[KEY_E]) camera.yaw += 1.8f * dt;
 
+    // Otherwise a pointer that comes into the window with a button held would spin the view.
     const bool known = pointerIsSomewhere(input) && pointerIsSomewhere(camera.previousInput);
     const float dx = known ? input.mouseX - camera.previousInput.mouseX : 0.0f;
     const float dy = known ? input.mouseY - camera.previousInput.mouseY : 0.0f;
@@ -137,7 +139,7 @@ void updateCamera(Camera& camera, const Input& input, float dt) {
         camera.yaw -= dx * 0.005f;
         camera.pitch += dy * 0.003f;
     }
-    if (input.middleHeld) { // drags the ground sideways, and pushes the view up and down
+    if (input.middleHeld) { // sideways the ground follows the hand, up and down it goes against it
         const float grip = camera.distance * 0.0022f;
         moveTarget(camera, -dx * grip, -dy * grip);
     }

@@ -5,7 +5,8 @@
 #include "view/gl/shaders.h"
 #include "view/picture/sky.h"
 
-// The square that casts and receives shadows, around the point that the camera looks at.
+// The square that casts and receives shadows, around the point that the camera looks at; over the whole map
+// the same texels would blur every edge.
 constexpr float SHADOW_HALF_SIZE = 260.0f;
 constexpr float SHADOW_LIGHT_DISTANCE = 500.0f;
 constexpr float SHADOW_NEAR = 1.0f;
@@ -74,6 +75,7 @@ static void ensureShadowTarget(Renderer& renderer, int wantedSize) {
     renderer.shadowSize = complete ? wantedSize : 0;
 }
 
+// Looked up by name: 29 a frame are nothing beside the draws, and so no list must be kept in step.
 static void setUniform(uint32_t program, const char* name, int value) {
     gl.Uniform1i(gl.GetUniformLocation(program, name), value);
 }
@@ -90,6 +92,7 @@ static void setUniform(uint32_t program, const char* name, const Mat4& value) {
     gl.UniformMatrix4fv(gl.GetUniformLocation(program, name), 1, GL_FALSE, value.data());
 }
 
+// What casts shadows: not the water, which is seen through, nor the highlight, which is no thing.
 static void drawOpaqueWorld(const WorldMeshes& meshes) {
     for (const Mesh& chunk : meshes.terrainChunks) drawMesh(chunk);
     drawMesh(meshes.roadMesh);
@@ -148,7 +151,6 @@ static void drawSkyPass(const Renderer& renderer, const FrameParams& params, con
     gl.DrawArrays(GL_TRIANGLES, 0, 3);
 }
 
-// What scene and water have in common.
 static void setLightUniforms(uint32_t program, const FrameParams& params, const SkyState& sky) {
     setUniform(program, "uVP", params.viewProj);
     setUniform(program, "uSunDir", sky.sunDir);
@@ -183,7 +185,7 @@ static void drawScenePass(const Renderer& renderer, const FrameParams& params, c
     drawMesh(meshes.hoverMesh);
 }
 
-// Over the scene, with its depth function.
+// After the scene, since the bed shows through, and with the scene's depth function.
 static void drawWaterPass(const Renderer& renderer, const FrameParams& params, const SkyState& sky,
                           const WorldMeshes& meshes) {
     gl.Enable(GL_BLEND);

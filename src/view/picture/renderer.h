@@ -18,7 +18,6 @@ struct Renderer {
     Mat4 lightViewProj = IDENTITY;
 };
 
-// What one frame is drawn with, made anew each frame.
 struct FrameParams {
     int32_t width = 1; // framebuffer pixels, at least 1
     int32_t height = 1;

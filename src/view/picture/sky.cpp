@@ -19,7 +19,8 @@ static float smooth(float t) {
     return t * t * (3.0f - 2.0f * t);
 }
 
-// Rain greys the sky and thickens the air. The sun keeps its colour: a wet day has shadows too.
+// Rain greys the sky, so that wet nights are lighter than clear ones, and thickens the air. The sun keeps its
+// colour: a wet day has shadows too.
 static void drawClouds(SkyState& sky) {
     sky.fogDensity = 0.0016f;
     sky.sunGlow *= 0.3f;
@@ -36,7 +37,7 @@ SkyState computeSky(float hour, int overcast) {
     const Vec3 sunlight = Vec3{1.0f, 0.96f - 0.4f * dusk, 0.88f - 0.6f * dusk} * 1.1f;
 
     SkyState sky;
-    // The constant lean to one side keeps the sun off the exact overhead.
+    // The constant lean to one side keeps the sun off the exact overhead, where lookAt has no answer.
     sky.sunDir = normalised({static_cast<float>(std::cos(angle)) * 0.8f, height, 0.35f});
     sky.sunColour = mix(MOONLIGHT, sunlight, std::clamp(height * 2.5f, 0.0f, 1.0f));
     sky.zenithColour = mix(NIGHT_ZENITH, DAY_ZENITH, day);

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-constexpr float SCAN_INTERVAL = 0.5f; // seconds of game time
+constexpr float SCAN_INTERVAL = 0.5f; // seconds of game time; spares the tools reporting each road
 constexpr float SPAWN_INTERVAL = 0.12f;
 constexpr int SPAWN_TRIES = 60;
 constexpr float BUS_CHANCE = 0.14f;
@@ -14,7 +14,7 @@ constexpr float SLOWEST_ADVANCE = 0.15f;
 constexpr float VEHICLES_PER_ROAD_CELL = 0.5f;
 constexpr float BUSY_POPULATION = 500.0f; // from here on the streets are as full as they get
 constexpr float EMPTY_TOWN_SHARE = 0.25f; // of the traffic, without anyone living there
-constexpr int SURPLUS_ALLOWED = 2;
+constexpr int SURPLUS_ALLOWED = 2;        // so that a target that wavers takes no car off the road
 
 uint32_t nextRandom(uint32_t& state) {
     state ^= state << 13;
@@ -50,7 +50,8 @@ static void scanStreets(StreetLife& streetLife, const City& city) {
     }
 }
 
-// The straight way is taken more often than chance alone would.
+// The straight way is taken more often than chance alone would. The pick is drawn even where it is of no use:
+// a draw less, and the same town would show other traffic.
 static CellStep pickWay(StreetLife& streetLife, const CellStep* ways, int wayCount, const CellStep& heading) {
     const CellStep pick = ways[nextRandomBelow(streetLife.rng, wayCount)];
     const bool canGoStraight = std::any_of(
@@ -105,7 +106,8 @@ int vehicleTarget(int roadCells, int population) {
     return static_cast<int>(std::clamp(target, 0.0f, static_cast<float>(VEHICLE_LIMIT)));
 }
 
-// A road cell and a road beside it, both picked at random. False when chance did not meet one.
+// A road cell and a road beside it, picked blindly, so that no list must follow the player's tools. False
+// when chance did not meet one; the streets of a hamlet fill more slowly.
 static bool findStart(StreetLife& streetLife, const City& city, Vehicle& vehicle) {
     for (int i = 0; i < SPAWN_TRIES; i++) {
         const int x = nextRandomBelow(streetLife.rng, GRID_SIZE);
@@ -146,7 +148,6 @@ static void updateVehicleCount(StreetLife& streetLife, const City& city, int pop
         streetLife.vehicles.pop_back();
 }
 
-// Counts `timer` down; true, with the timer set anew, when the time is up.
 static bool timeIsUp(float& timer, float interval, float gameDt) {
     timer -= gameDt;
     if (timer > 0.0f) return false;

@@ -17,7 +17,7 @@ struct Vehicle {
     float speed = 0.0f; // cells a second on an empty road
     uint8_t isBus = 0;
     uint8_t colourIndex = 0; // of a car, below CAR_COLOUR_COUNT
-    int8_t lane = 1;         // side of the road's middle, +1 or -1
+    int8_t lane = 1;         // +1 right of the road's middle, -1 left of it, by chance and for life
     uint8_t dead = 0;        // the next update removes it
 
     bool operator==(const Vehicle&) const = default;

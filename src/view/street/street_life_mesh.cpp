@@ -1,7 +1,7 @@
 #include "view/street/street_life_mesh.h"
 
 constexpr float LANE_OFFSET = 1.9f; // world units from the road's middle
-constexpr float RIDE_HEIGHT = 0.2f;
+constexpr float RIDE_HEIGHT = 0.2f; // over the ground, from which the road is lifted nearly as far
 
 // A box around a vehicle's middle; bottom and top are over the vehicle's place on the road.
 struct BodyPiece {
@@ -37,7 +37,7 @@ constexpr Vec3 CAR_COLOURS[CAR_COLOUR_COUNT] = {
 constexpr BodyPiece HEADLAMP = {0.08f, 0.28f, -0.12f, 0.12f, {1.0f, 0.96f, 0.78f}, MATERIAL_PLAIN, 1.0f};
 constexpr BodyPiece TAIL_LAMP = {0.08f, 0.28f, -0.12f, 0.12f, {0.95f, 0.10f, 0.08f}, MATERIAL_PLAIN, 0.8f};
 
-// A place on the road and the way it leads, both level.
+// A place and a heading, level on every slope.
 struct Pose {
     Vec3 base;
     Vec3 direction; // unit length

@@ -1,5 +1,5 @@
-// Everything that stands: bus stops, construction sites and finished buildings, in one static mesh for the
-// cells of each chunk of the ground.
+// Everything that stands: bus stops, construction sites and finished buildings. One static mesh for the cells
+// of each chunk of the ground, so that a change sends a block and not the city.
 #pragma once
 
 #include "sim/city.h"

@@ -1,11 +1,10 @@
-// The glowing quad over the cell under the cursor.
+// The coloured quad over the cell under the cursor.
 #pragma once
 
 #include "sim/city.h"
 #include "view/world/world_meshes.h"
 
-// Shows the highlight over a cell, or takes it away when not `visible` or off the map. Uploads on a change
-// only.
+// Takes the highlight away when not `visible` or off the map. Uploads on a change only.
 void updateHover(WorldMeshes& meshes, const City& city, int cellX, int cellY, bool visible,
                  const Vec3& colour);
 

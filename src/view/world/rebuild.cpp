@@ -32,6 +32,7 @@ static void updateTerrain(WorldMeshes& meshes, City& city, bool all) {
         buildTerrainChunk(meshes, city, chunk);
         rebuilt = true;
     }
+    // All of them, since each lies in a chunk that is now up to date.
     if (rebuilt) std::fill(city.cellDirty.begin(), city.cellDirty.end(), uint8_t{0});
 }
 

@@ -1,4 +1,4 @@
-// What is rebuilt, and when.
+// What is rebuilt, and when: no more than once a frame, however many marks the rules have raised.
 #pragma once
 
 #include "sim/city.h"
@@ -9,5 +9,5 @@
 void setOverlay(WorldMeshes& meshes, int mode);
 
 // Brings up to date whatever the city's dirty marks call stale, and clears them. Once a frame, before
-// drawing. The first time it makes the water as well.
+// drawing. The first time it makes the water as well, which is the same in every land.
 void updateWorldMeshes(WorldMeshes& meshes, City& city);

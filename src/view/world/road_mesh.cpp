@@ -40,7 +40,8 @@ static Vertex roadCorner(const City& city, int x, int y, const Vec3& colour, flo
             v};
 }
 
-// u runs along x and v along z, whatever the road's direction.
+// u runs along x and v along z, whatever the road's direction, since no cell knows its neighbours: the pale
+// lines run along z on every road.
 static void addRoadCell(MeshBuilder& builder, const City& city, int x, int y, const Vec3& colour) {
     const Vertex a = roadCorner(city, x, y, colour, 0.0f, 0.0f);
     const Vertex b = roadCorner(city, x + 1, y, colour, 1.0f, 0.0f);

@@ -131,7 +131,7 @@ static Vec3 cellColour(const City& city, int overlayMode, Season season, int x, 
     if (const OverlayRamp* ramp = overlayRamp(overlayMode))
         return rampColour(*ramp, (city.*ramp->field)[index]);
     const Cell& cell = city.cells[index];
-    // No two neighbours are equal.
+    // Otherwise a meadow would be one flat colour.
     const float j = (hash01(static_cast<uint32_t>(x), static_cast<uint32_t>(y), 11) - 0.5f) * 0.07f;
     const Vec3 colour = groundColour(cell.terrain, season) + Vec3{j, j, j * 0.5f};
     return overlayMode == OVERLAY_TRAFFIC ? mix(colour, TRAFFIC_GROUND, TRAFFIC_TINT)
@@ -175,7 +175,7 @@ static void addCorner(MeshBuilder& builder, const GroundCorner& corner, float u,
     addVertex(builder, corner.position, corner.normal, corner.colour, 0.0f, MATERIAL_TERRAIN, u, v);
 }
 
-// Always split along the same diagonal.
+// Split where roads and highlight are, otherwise roads would sink into one slope and float over the next.
 static void addCell(MeshBuilder& builder, const ChunkGround& chunk, int column, int row) {
     const GroundCorner& a = chunk.corners[row][column];
     const GroundCorner& b = chunk.corners[row][column + 1];
@@ -202,7 +202,7 @@ void buildTerrainChunk(MeshBuilder& builder, const City& city, int overlayMode, 
         for (int column = 0; column < CHUNK_SIZE; column++) addCell(builder, chunk, column, row);
 }
 
-// What cellColour makes a cell's colour from, besides its place, the season and the overlay itself.
+// All that cellColour reads besides place, season and overlay, otherwise a chunk would keep old colours.
 static uint32_t colourSource(const City& city, int overlayMode, int x, int y) {
     const int index = cellIndex(x, y);
     if (const OverlayRamp* ramp = overlayRamp(overlayMode))
@@ -212,7 +212,7 @@ static uint32_t colourSource(const City& city, int overlayMode, int x, int y) {
     return cell.terrain | uint32_t{cell.zone} << 8 | uint32_t{cell.district} << 16;
 }
 
-// Takes in one corner more on each side too: normals look that far.
+// Takes in one corner more on each side too, since normals look that far.
 static uint64_t chunkFingerprint(const City& city, int overlayMode, int chunkIndex) {
     const auto [x0, y0, x1, y1] = cellsOfChunk(chunkIndex);
     uint64_t fingerprint = mixFingerprint(FINGERPRINT_START, static_cast<uint32_t>(overlayMode));

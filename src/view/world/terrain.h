@@ -1,11 +1,11 @@
-// The ground: one heightfield in 36 meshes, whose colours also carry seasons, zones, districts and overlays.
+// The ground: one heightfield whose colours also carry seasons, zones, districts and overlays. In 36 meshes,
+// so that an edit rebuilds the block around it.
 #pragma once
 
 #include "sim/city.h"
 #include "view/world/world_meshes.h"
 
-// Rebuilds chunk 0 to 35: into a builder, or straight into its mesh with the current overlay. The mesh stays
-// as it is when it was last built from the same.
+// Rebuilds chunk 0 to 35: into a builder, or straight into its mesh with the current overlay.
 void buildTerrainChunk(MeshBuilder& builder, const City& city, int overlayMode, int chunkIndex);
 void buildTerrainChunk(WorldMeshes& meshes, const City& city, int chunkIndex);
 
@@ -19,7 +19,6 @@ struct ChunkCells {
 };
 ChunkCells cellsOfChunk(int chunkIndex);
 
-// A corner of the grid, 0 to 96 each way, `lift` world units over the ground.
+// Corners of the grid, 0 to 96 each way: the place, `lift` world units over the ground, and the unit normal.
 Vec3 cornerPosition(const City& city, int cornerX, int cornerY, float lift = 0.0f);
-// The unit normal at a corner, 0 to 96 each way.
 Vec3 terrainNormal(const City& city, int cornerX, int cornerY);

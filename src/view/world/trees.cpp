@@ -16,7 +16,7 @@ static bool hasTree(const Cell& cell) {
     return cell.hasTrees != 0 && cell.road == ROAD_NONE && cell.buildingIndex < 0;
 }
 
-// Somewhere in the middle of its cell.
+// Not far from the middle of its cell, so that it hardly reaches over a road beside it.
 static void addTree(MeshBuilder& builder, const City& city, uint32_t cellX, uint32_t cellY,
                     const Vec3& tint) {
     const float x = (hash01(cellX, cellY, 21) * 0.4f + 0.3f + static_cast<float>(cellX)) * CELL_WIDTH;

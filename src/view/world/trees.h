@@ -5,5 +5,4 @@
 #include "view/world/world_meshes.h"
 
 void buildTreeMesh(MeshBuilder& builder, const City& city);
-// The mesh stays as it is when it was last built from the same.
 void buildTreeMesh(WorldMeshes& meshes, const City& city);

@@ -1,4 +1,4 @@
-// The one flat sheet of water over the whole map; the ground hides it wherever it rises above the sheet.
+// One flat sheet over the whole map: the ground hides it wherever it rises above, so that no shore is built.
 #pragma once
 
 #include "view/world/world_meshes.h"
