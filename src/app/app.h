@@ -53,7 +53,7 @@ struct App {
     std::string savePath;
     std::string settingsPath;
     std::string exeDir;
-    std::string exePath;
+    std::string exePath; // under the name of an installed game, whatever this one is called
 
     City city;
     CityStats cityStats; // of the frame: drawGameScreen counts once for all that it draws
@@ -82,9 +82,9 @@ struct App {
     uint8_t currentCategory = 0;             // ToolCategory
     uint8_t currentOverlay = OVERLAY_NORMAL; // Overlay
     uint8_t currentPanel = PANEL_NONE;       // Panel
-    int32_t paintDistrict = 0;               // 1 to 8 once the player has chosen one
-    int32_t speed = 1;                       // 0 to 3, 0 stops time
-    float dayTimer = 0.0f;                   // game seconds towards the next daily tick
+    int32_t paintDistrict = 0; // 1 to 8; 0 until the player has chosen one, and then the brush clears
+    int32_t speed = 1;         // 0 to 3, 0 stops time
+    float dayTimer = 0.0f;     // game seconds towards the next daily tick; a new city and a load keep them
 
     int32_t hoverX = -1; // the cell under the mouse while hoverValid
     int32_t hoverY = -1;
@@ -97,15 +97,15 @@ struct App {
     bool rightDragOnHud = false; // the held button went down on the interface
     bool middleDragOnHud = false;
 
-    int32_t selectedBuilding = -1; // index into City::buildings, -1 for none
-    int32_t selectedBuildingCell = -1;
+    int32_t selectedBuilding = -1;     // index into City::buildings, -1 for none
+    int32_t selectedBuildingCell = -1; // where it stands, since indices move when another one goes
     int32_t selectedCellX = -1;
     int32_t selectedCellY = -1;
 
     uint8_t statusId = 0; // the status line
     uint32_t statusArg = 0;
-    float statusTimer = 0.0f; // seconds it is still shown
-    uint32_t lastEventCount = 0;
+    float statusTimer = 0.0f;    // seconds it is still shown
+    uint32_t lastEventCount = 0; // City::eventCount when its news was shown
 
     UpdateState updateState = UPDATE_IDLE;
     UpdateManifest updateManifest;          // the last one accepted
@@ -122,6 +122,7 @@ struct App {
 // Everything that needs the GL context. False fills `error`; after success `error` may hold notes about what
 // is missing and can be done without.
 bool appInit(App& app, const std::string& prefPath, std::string& error);
+// Also after an appInit that failed.
 void appShutdown(App& app);
 
 // The player's choice of a language, 0 to LANGUAGE_COUNT - 1: all texts change at once.

@@ -39,6 +39,7 @@ bool pointerOverHud(const App& app, const Input& input) {
     const auto pointerIn = [&](UiRect rect) { return contains(rect, input.mouseX, input.mouseY); };
     if (app.tutorialStep >= 0 && pointerIn(app.tutorialCard)) return true;
     const HudLayout hud = hudLayout(input.drawableWidth, input.drawableHeight);
+    // A click where it hangs over its panel would otherwise build on the land below.
     const UiRect lastTool = toolButton(hud, toolCount(app.currentCategory) - 1);
     return pointerIn(hud.topBar) || pointerIn(hud.toolPanel) || pointerIn(lastTool) ||
            pointerIn(hud.bottomBar) || pointerIn(hud.rightPanel);

@@ -1,5 +1,5 @@
 // Where the parts of the game's interface stand, in drawable pixels: the one place that drawing, hit-testing
-// and the guided tour ask.
+// and the guided tour ask, so that they cannot part.
 #pragma once
 
 #include "ui/layer/ui_batch.h"

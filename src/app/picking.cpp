@@ -4,7 +4,7 @@
 
 constexpr float MENU_HOUR = 17.6f; // the evening light behind the menus
 constexpr float MARCH_STEP = 1.5f; // world units
-constexpr int MARCH_LIMIT = 934;   // steps
+constexpr int MARCH_LIMIT = 934;   // steps: 1,400 units, more than from corner to corner of the map
 constexpr int BISECTIONS = 10;
 
 struct Ray {
@@ -53,7 +53,7 @@ static bool underGround(const City& city, const Vec3& p) {
     return overMap && heightAt(city, p.x, p.z) > p.y;
 }
 
-// Where the ray enters the ground: the point just under it.
+// Where the ray enters the ground: the point just under it, because the one above may lie beside the map.
 static Vec3 groundHit(const City& city, const Ray& ray, float above, float below) {
     for (int i = 0; i < BISECTIONS; i++) {
         const float middle = (above + below) * 0.5f;

@@ -6,6 +6,6 @@
 // `time` in seconds.
 void buildFrameParams(FrameParams& out, const App& app, const Input& input, float time);
 
-// True and the cell when the mouse is on the map. Buildings do not count: the pick goes through to the
-// ground.
+// True and the cell when the mouse is on the map. The pick goes through buildings to the ground,
+// because a tower would keep the tools from the cells behind it.
 bool pickCell(const App& app, const Input& input, int& outX, int& outY);

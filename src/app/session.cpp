@@ -12,8 +12,10 @@
 #include <cmath>
 #include <ctime>
 
-constexpr float SUN_DAY = 1200.0f; // seconds of game time: one turn of the sun and the calendar
-constexpr float TICK_TIME = 45.0f; // seconds of game time: one day of the simulation, independent of the sun
+// Seconds of game time. The sun and the calendar have a clock of their own, since at the pace of the city's
+// days it would be night every 45 seconds.
+constexpr float SUN_DAY = 1200.0f;
+constexpr float TICK_TIME = 45.0f; // one day of the city
 
 void setSpeed(App& app, int speed) { app.speed = std::clamp(speed, 0, 3); }
 
@@ -63,20 +65,19 @@ void newCity(App& app) {
 
 void saveGame(App& app) {
     const bool saved = saveCity(app.city, app.savePath);
-    app.saveExists = app.saveExists || saved;
+    app.saveExists = app.saveExists || saved; // a failed one may have left an earlier one whole
     showStatus(app, saved ? STATUS_GAME_SAVED : STATUS_SAVE_FAILED, 0);
 }
 
 void loadGame(App& app) {
     if (!loadCity(app.city, app.savePath)) return showStatus(app, STATUS_NO_SAVED_GAME, 0);
     app.citySeed = app.city.seed;
-    if (!showsCityInPlay(app)) resetCamera(app.camera); // it was the menus'
+    if (!showsCityInPlay(app)) resetCamera(app.camera); // otherwise the menus' view of the woods would stay
     enterCity(app);
     showStatus(app, STATUS_LOADED, 0);
 }
 
 // --- Keys
-// -------------------------------------------------------------------------------------------------------
 
 // Esc closes one thing: the menu, a panel, the selection; with nothing open it opens the menu.
 static void pressEscape(App& app) {
@@ -102,10 +103,8 @@ static void readKeys(App& app, const Input& input) {
 }
 
 // --- Time
-// -------------------------------------------------------------------------------------------------------
 
-// A loaded file may hold any hour: whole days are taken off at once, so that the clock always comes to an
-// end.
+// A loaded file may hold any hour. Far out a float less 24 is the same float, and the loop would never end.
 static void advanceSun(City& city, float gameTime) {
     float hour = city.hourOfDay + gameTime * 24.0f / SUN_DAY;
     if (!std::isfinite(hour) || std::fabs(hour) > 1e6f) hour = 0.0f;
@@ -137,13 +136,14 @@ static float advanceTime(App& app, float dt) {
     return gameTime;
 }
 
-// Of the last day in the charts, 0 before the first.
+// Of the last day in the charts, 0 before the first. A loaded chart may hold what no int can.
 static int lastPopulation(const City& city) {
     if (city.historyCount <= 0) return 0;
     const float people = city.history[HISTORY_POPULATION][std::min(city.historyCount, HISTORY_LENGTH) - 1];
     return people > 0.0f ? static_cast<int>(std::min(people, 1e9f)) : 0;
 }
 
+// Asks the count, because a full list of events grows no longer with one more.
 static void showNews(App& app) {
     if (app.city.eventCount == app.lastEventCount) return;
     app.lastEventCount = app.city.eventCount;
@@ -172,7 +172,7 @@ static Input cameraInput(App& app, const Input& input) {
 void stepGame(App& app, const Input& input, float dt) {
     if (input.keysPressed[KEY_ESC]) pressEscape(app);
     if (!app.paused) readKeys(app, input);
-    if (input.keysPressed[KEY_F9]) loadGame(app);
+    if (input.keysPressed[KEY_F9]) loadGame(app); // in the menu too, which a load closes
     updateCamera(app.camera, cameraInput(app, input), dt);
     const float gameTime = advanceTime(app, dt);
     updateStreetLife(app.streetLife, app.city, gameTime, lastPopulation(app.city));

@@ -44,8 +44,8 @@ int shadowMapSize(const Settings& settings) {
     return settings.quality == 2 ? 2048 : 1024;
 }
 
-// The whole number at the head of the text, behind blanks and a sign; 0 without one. Numbers past the range
-// are held to it.
+// The whole number at the head of the text, behind blanks and a sign; 0 without one. What follows it is
+// passed over, so that lines may end as on any system. Numbers past the range are held to it.
 static int32_t leadingNumber(std::string_view text) {
     constexpr int64_t LIMIT = std::numeric_limits<int32_t>::max();
     size_t i = 0;

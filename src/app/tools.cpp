@@ -38,7 +38,6 @@ static constexpr std::array<ToolRow, TOOL_COUNT> TOOLS = {{
 }};
 
 // --- Which tool
-// -------------------------------------------------------------------------------------------------
 
 void setTool(App& app, int tool) {
     if (tool < 0 || tool >= TOOL_COUNT) return;
@@ -79,7 +78,6 @@ static int zoneOfTool(int tool) { return tool - TOOL_RESIDENTIAL_ZONE + ZONE_RES
 static int roadOfTool(int tool) { return tool == TOOL_AVENUE ? ROAD_AVENUE : ROAD_STREET; }
 
 // --- Status line and selection
-// ----------------------------------------------------------------------------------
 
 void showStatus(App& app, int statusId, uint32_t statusArg) {
     app.statusId = static_cast<uint8_t>(statusId);
@@ -121,7 +119,6 @@ void followSelection(App& app) {
 }
 
 // --- What a tool would do
-// ---------------------------------------------------------------------------------------
 
 bool toolCellValid(const App& app, int x, int y) {
     if (!inMap(x, y)) return false;
@@ -178,7 +175,6 @@ void applyToolRect(App& app, int x0, int y0, int x1, int y1) {
 }
 
 // --- The mouse
-// --------------------------------------------------------------------------------------------------
 
 static void startDrag(App& app) {
     app.dragging = true;
@@ -212,12 +208,14 @@ static void pressOnMap(App& app) {
 static void dragRoad(App& app) {
     if (app.hoverX == app.dragLastX && app.hoverY == app.dragLastY) return;
     const int type = roadOfTool(app.currentTool);
+    // It begins where the last one ended: that cell is not paid twice, because a road refuses another one.
     placeRoadLine(app.city, app.dragLastX, app.dragLastY, app.hoverX, app.hoverY, type);
     app.dragLastX = app.hoverX;
     app.dragLastY = app.hoverY;
     showCityStatus(app);
 }
 
+// Off the map it does nothing, so that a drag can be taken back.
 static void releaseDrag(App& app) {
     app.dragging = false;
     if (app.hoverValid && isRectTool(app.currentTool))
@@ -235,6 +233,7 @@ void updateToolInput(App& app, const Input& input) {
     app.hoverValid = pickCell(app, input, app.hoverX, app.hoverY);
 
     if (input.leftPressed && app.hoverValid && !overHud) pressOnMap(app);
+    // A drag from the map goes on under the interface, so that panels do not cut streets in two.
     if (app.dragging && input.leftHeld && app.hoverValid && isRoadTool(app.currentTool)) dragRoad(app);
     if (app.dragging && input.leftReleased) releaseDrag(app);
     if (!input.leftHeld) app.dragging = false; // the button came up where the game could not see it

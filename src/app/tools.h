@@ -40,8 +40,9 @@ enum ToolCategory : uint8_t {
     CATEGORY_COUNT
 };
 
-// Stores the tool and its category. Another tool than before ends a running drag without effect. A number
-// outside the enum does nothing.
+// Stores the tool and its category. Another tool than before ends a running drag without effect,
+// because its release would do something else than the drag was begun for. A number outside the enum does
+// nothing.
 void setTool(App& app, int tool);
 // Keeps the tool if it belongs to the category, otherwise takes the category's first.
 void setCategory(App& app, int category);
@@ -49,7 +50,8 @@ int toolCount(int category);
 // The tool whose shortcut was pressed this frame, -1 for none.
 int pressedToolShortcut(const Input& input);
 
-// Whether the current tool can act on the cell, as the highlight shows it.
+// Whether the highlight shows the cell as one for the current tool. It knows less than the tools do: rock
+// looks free to the zones, and a cell with only a district empty to the bulldozer, which would clear it.
 bool toolCellValid(const App& app, int x, int y);
 // The current zone, district or bulldoze tool on every cell of the rectangle, corners in any order.
 void applyToolRect(App& app, int x0, int y0, int x1, int y1);

@@ -11,6 +11,7 @@ void deleteSave(App& app) {
     app.saveExists = fileExists(app.savePath);
 }
 
+// A game that was started from a build folder or among downloads must not take those with it.
 void uninstallGame(App& app) {
     if (!isGameFolder(app.exeDir, PATH_SEPARATORS) || !fileExists(app.exePath)) return;
     if (startRemoval(app.exeDir)) app.quitRequested = true;

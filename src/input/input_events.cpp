@@ -20,8 +20,8 @@ static int indexOfKeycode(SDL_Keycode keycode) {
     return -1;
 }
 
-// The key that an English keyboard has at the same place: layouts whose letters are not Latin have no W to
-// press, and on some the digits need Shift.
+// The key that an English keyboard has at the same place, because layouts whose letters are not Latin have
+// no W to press, and on some the digits need Shift.
 static SDL_Keycode englishKeycode(SDL_Scancode scancode) {
     if (scancode >= SDL_SCANCODE_A && scancode <= SDL_SCANCODE_Z) return SDLK_a + (scancode - SDL_SCANCODE_A);
     if (scancode >= SDL_SCANCODE_1 && scancode <= SDL_SCANCODE_9) return SDLK_1 + (scancode - SDL_SCANCODE_1);
@@ -127,6 +127,7 @@ bool readInputFrame(InputReader& reader, const PixelRatio& ratio) {
     bool running = true;
     bool full = false;
     SDL_Event event;
+    // SDL_PollEvent would gather newer events, whose places may count in another size of the window.
     while (!full && SDL_PeepEvents(&event, 1, SDL_GETEVENT, SDL_FIRSTEVENT, SDL_LASTEVENT) > 0) {
         handleInputEvent(reader, event, ratio);
         if (event.type == SDL_QUIT) running = false;

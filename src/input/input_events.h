@@ -28,9 +28,9 @@ struct PixelRatio {
 PixelRatio pixelRatio(int windowWidth, int windowHeight, int drawableWidth, int drawableHeight);
 
 // What happened since the frame before, of the events that SDL_PumpEvents has gathered. A frame ends with a
-// mouse button that goes down or up, and what comes after it waits for the next one: so no click is lost to
-// another, and each acts where the pointer was. False when the player asked the window system to end the
-// program.
+// mouse button that goes down or up, and what comes after it waits for the next one, so that no click is
+// lost to another and each acts where the pointer was. False when the player asked the window system to end
+// the program.
 bool readInputFrame(InputReader& reader, const PixelRatio& ratio);
 
 // The steps of readInputFrame.
@@ -38,7 +38,7 @@ bool readInputFrame(InputReader& reader, const PixelRatio& ratio);
 void beginInputFrame(InputReader& reader);
 void handleInputEvent(InputReader& reader, const SDL_Event& event, const PixelRatio& ratio);
 // Puts the pointer where it is, or nowhere: outside the window, or while another has the focus, unless a
-// button that went down inside is held or just came up.
+// button that went down inside is held or just came up, so that a drag goes on beyond the border.
 void endInputFrame(InputReader& reader);
 
 // Index into the key arrays, -1 for a key that the game does not listen to.

@@ -11,5 +11,6 @@ std::filesystem::path nativePath(const std::string& path);
 // Whether a status call on the path succeeds: true for folders too.
 bool fileExists(const std::string& path);
 int64_t fileModified(const std::string& path); // seconds since 1970, 0 if unknown
-// Deletes a regular file, or a link without what it points to. Folders and devices stay. True if it is gone.
+// Deletes a regular file, or a link without what it points to. Folders and devices stay, because
+// they are not the game's. True if it is gone.
 bool deleteFile(const std::string& path);

@@ -87,6 +87,7 @@ std::string fileTimeText(int64_t modified) {
     const std::tm* local = modified == 0 ? nullptr : std::localtime(&time);
     if (!local) return "-"; // or a year that no calendar holds
     char text[64];
+    // It returns 0 where the text does not fit: what it leaves then must not be read.
     text[std::strftime(text, sizeof text, "%d.%m.%Y %H:%M", local)] = '\0';
     return text;
 }

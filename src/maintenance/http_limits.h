@@ -1,4 +1,5 @@
-// How long an answer may be, which is asked of its stated length and then of what really comes.
+// How long an answer may be. Its stated length is asked, so that nothing is fetched in vain, and then what
+// really comes, because it may be more.
 #pragma once
 
 #include "maintenance/platform.h"

@@ -57,7 +57,6 @@ static bool loadCurl(CurlLibrary& curl) {
 }
 
 // --- Addresses
-// -------------------------------------------------------------------------------------------------
 
 static bool isSecure(const std::string& url) { return url.starts_with("https:"); }
 
@@ -81,7 +80,6 @@ static std::string resolveUrl(const CurlLibrary& curl, const std::string& base, 
 }
 
 // --- One answer
-// ------------------------------------------------------------------------------------------------
 
 using Clock = std::chrono::steady_clock;
 
@@ -184,7 +182,7 @@ static void setTransferOptions(Transfer& transfer, const std::string& url, const
 }
 
 // The address that the answer leads to instead; empty if it leads nowhere, or from a secure place to an open
-// one.
+// one. libcurl would follow by itself, but it has no way to refuse that step alone.
 static std::string redirection(const Transfer& transfer, const std::string& url) {
     const long status = statusCode(transfer);
     if (std::find(std::begin(REDIRECTIONS), std::end(REDIRECTIONS), status) == std::end(REDIRECTIONS))

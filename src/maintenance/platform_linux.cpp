@@ -25,7 +25,6 @@ constexpr const char* REMOVAL_SCRIPT = "orlavane-uninstall.sh";
 constexpr const char* DESKTOP_ENTRY = "orlavane.desktop";
 
 // --- Files
-// -----------------------------------------------------------------------------------------------------
 
 // Empty if it is unset.
 static std::string variable(const char* name) {
@@ -62,7 +61,6 @@ std::FILE* createFile(const std::string& path) {
 }
 
 // --- Starting programs
-// -----------------------------------------------------------------------------------------
 
 static int waitForChild(void* data) {
     const std::unique_ptr<pid_t> child(static_cast<pid_t*>(data));
@@ -79,7 +77,8 @@ static void startWaiting(pid_t child) {
     SDL_DetachThread(waiter);
 }
 
-// In a session of its own, with none of our files open. Without output if `hidden`.
+// In a session of its own, so that it outlives the terminal, with none of our files open. Without output if
+// `hidden`.
 static bool startDetached(std::vector<std::string> words, bool hidden) {
     std::vector<char*> arguments(words.size() + 1); // with a null at the end
     for (size_t i = 0; i < words.size(); i++) arguments[i] = words[i].data();
@@ -115,7 +114,6 @@ bool shellOpen(const std::string& path, bool hidden) {
 }
 
 // --- Removal
-// ---------------------------------------------------------------------------------------------------
 
 // The desktop entries that a setup program leaves: on the desktop and in the menu.
 static Removal whatToRemove(const std::string& folder) {
@@ -135,7 +133,8 @@ static bool mayEmpty(const fs::path& folder) {
     return faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
 }
 
-// Whether the folder may be removed with all that is in it. A link goes without what it leads to.
+// Whether the folder may be removed with all that is in it. Asked while the game runs, because later the
+// script has nobody to tell. A link goes without what it leads to.
 static bool mayRemove(const fs::path& folder) {
     if (!mayEmpty(folder.parent_path()) || !mayEmpty(folder)) return false;
     std::error_code error;

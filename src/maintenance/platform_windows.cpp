@@ -31,7 +31,8 @@ static std::string toUtf8(const std::wstring& wide) {
     return text;
 }
 
-// False if the code page lacks one of its characters; none is replaced by a similar one.
+// False if the code page lacks one of its characters. None is replaced by a similar one, because that may
+// be the name of another folder.
 static bool toCodePage(const std::string& text, UINT codePage, std::string& out) {
     if (codePage == CP_UTF8) {
         out = text;

@@ -9,5 +9,6 @@
 bool sha256File(const std::string& path, std::string& out);
 std::string sha256Text(std::string_view text);
 
-// Whether two digests are the same, in either case. An empty one equals nothing.
+// Whether two digests are the same, in either case. An empty one equals nothing, because it stands for a
+// file that could not be hashed.
 bool hashEquals(std::string_view a, std::string_view b);

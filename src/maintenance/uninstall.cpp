@@ -29,6 +29,8 @@ static std::string quotedForWindows(const std::string& path) {
     return quoted + '"';
 }
 
+// `rd` fails while the ending game holds its files, so it is tried for two minutes, once a second: that is
+// what two pings to this computer take. The shortcuts go in any case, because what they lead to is broken.
 std::string windowsRemovalScript(const Removal& removal) {
     const std::string folder = quotedForWindows(removal.folder);
     std::string text = "@echo off\r\n"
@@ -46,7 +48,7 @@ std::string windowsRemovalScript(const Removal& removal) {
                        ":done\r\n";
     for (const std::string& link : {removal.desktopLink, removal.menuLink})
         if (!link.empty()) text += "del /q " + quotedForWindows(link) + " >nul 2>&1\r\n";
-    return text + "(goto) 2>nul & del \"%~f0\"\r\n"; // must stay the last line: there is no script after it
+    return text + "(goto) 2>nul & del \"%~f0\"\r\n"; // must stay the last: no script is left to read on
 }
 
 // In single quotes nothing is special to a shell but the single quote itself.

@@ -35,8 +35,9 @@ void updateTaskRun(UpdateTask& task) {
 
 UpdateState updateVerdict(const UpdateTask& task, const std::string& buildDate) {
     if (!task.ok) return UPDATE_OFFLINE;
+    // First, because a server may publish the same build again under a later date.
     if (hashEquals(task.localSha256, task.manifest.sha256)) return UPDATE_CURRENT;
-    return task.manifest.date > buildDate ? UPDATE_NEWER : UPDATE_DIFFERENT; // no date is later than none
+    return task.manifest.date > buildDate ? UPDATE_NEWER : UPDATE_DIFFERENT; // an empty date never is later
 }
 
 std::string urlFolder(const std::string& url) { return url.substr(0, url.rfind('/') + 1); }

@@ -16,7 +16,6 @@
 #include <vector>
 
 // --- The state string
-// -------------------------------------------------------------------------------------------
 
 static bool readInt(std::string_view text, int& out) {
     int value;
@@ -76,6 +75,7 @@ static void applyCategory(App& app, std::string_view value) {
         app, indexIn({"select", "roads", "zones", "services", "utilities", "districts", "bulldoze"}, value));
 }
 
+// Any value will do: the key only puts a tool into the hand.
 static void applyTool(App& app, std::string_view) { setTool(app, TOOL_RESIDENTIAL_ZONE); }
 
 static void applyLanguage(App& app, std::string_view value) {
@@ -159,7 +159,6 @@ void applyStateString(App& app, const std::string& text) {
 }
 
 // --- The variables
-// ----------------------------------------------------------------------------------------------
 
 Capture applyCaptureHooks(App& app, int width, int height) {
     Capture capture;
@@ -179,7 +178,6 @@ Capture applyCaptureHooks(App& app, int width, int height) {
 }
 
 // --- The picture
-// ------------------------------------------------------------------------------------------------
 
 // A picture that cannot be written is no reason to disturb anyone: the run ends all the same.
 static void writeScreenshot(const std::string& path, int width, int height) {

@@ -9,7 +9,7 @@
 
 struct Capture {
     std::optional<std::string> shotPath; // none: the run goes on; empty: it ends without a picture
-    int frameLimit = 40;
+    int frameLimit = 40;                 // below 1 it is never met, and the run goes on
     int frameCount = 0;
 };
 

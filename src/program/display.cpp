@@ -23,6 +23,7 @@ SDL_Rect windowPlace(const Settings& settings, int display, SDL_Window* window) 
     resolutionSize(settings, width, height);
     SDL_Rect bounds;
     SDL_Rect room; // what bars of the system leave, less the frame
+    // An unseen display is no limit, because a picture must have the size that was asked for.
     if (isUnseen() || SDL_GetDisplayBounds(display, &bounds) != 0 ||
         SDL_GetDisplayUsableBounds(display, &room) != 0)
         return {SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, width, height};

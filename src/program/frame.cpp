@@ -15,7 +15,8 @@
 
 #include <algorithm>
 
-// A stall must not advance the city by more than this many seconds in one frame.
+// A stall must not advance the city by more than this many seconds in one frame. The frame rate is measured
+// by it too, so that it never reads less than 10.
 constexpr float LONGEST_STEP = 0.1f;
 constexpr float MEASURE_TIME = 0.5f; // seconds
 
@@ -36,6 +37,7 @@ static MusicMode wantedMusicMode(const App& app) {
     return inGame ? MUSIC_GAME : MUSIC_MENU;
 }
 
+// Asks for a mode once, because each asking waits for the audio thread.
 static void chooseMusic(App& app) {
     const MusicMode mode = wantedMusicMode(app);
     if (mode == app.musicMode) return;

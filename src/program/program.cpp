@@ -124,6 +124,7 @@ static void runLoop(App& app, Capture& capture, SDL_Window* window) {
         }
         if (!stepFrame(app, input, dt)) running = false;
 
+        // Before the swap, because after it nobody knows what the back buffer holds.
         if (captureFrame(capture, input.drawableWidth, input.drawableHeight)) running = false;
         if (app.displayDirty) {
             app.displayDirty = false;
@@ -165,7 +166,7 @@ int runProgram(GlLoader loader) {
         return 1;
     }
     const std::string prefPath = preferenceFolder();
-    Settings settings;
+    Settings settings; // of the window, which must stand before the App can be set up and reads them again
     loadSettings(settings, prefPath + "settings.ini");
 
     Window window;

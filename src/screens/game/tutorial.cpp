@@ -70,6 +70,7 @@ static UiRect cardBesideTarget(const HudLayout& hud, UiRect target, CardPlace pl
         card.y = target.y - height - 70.0f * s;
         break;
     }
+    // In a window too narrow for both margins the left one wins, because reading begins there.
     card.x = std::max(std::min(card.x, hud.width - width - 20.0f * s), 10.0f * s);
     return card;
 }

@@ -39,6 +39,7 @@ static void drawButtons(App& app, float centre, float y, bool won) {
         app.screen = SCREEN_GAME;
     }
     if (button(NEW_CITY_ID, 0.0f, STR_NEW_CITY, !won)) newCity(app);
+    // It hangs over the panel's lower edge.
     if (button(MAIN_MENU_ID, 58.0f, STR_MAIN_MENU, false)) {
         app.paused = false;
         app.screen = SCREEN_TITLE;

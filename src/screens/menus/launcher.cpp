@@ -42,7 +42,6 @@ static bool launcherButton(Ui& ui, uint32_t id, UiRect rect, StringId label, boo
 }
 
 // --- Main page
-// --------------------------------------------------------------------------------------------
 
 struct UpdateStatus {
     int text; // StringId, -1 for none
@@ -113,7 +112,6 @@ static void drawMainPage(App& app, const LauncherPanel& panel) {
 }
 
 // --- Files page
-// -------------------------------------------------------------------------------------------
 
 static void drawFileRow(Ui& ui, const LauncherPanel& panel, float y, const GameFile& file) {
     const float s = panel.s;
@@ -125,7 +123,7 @@ static void drawFileRow(Ui& ui, const LauncherPanel& panel, float y, const GameF
 }
 
 static void drawFilesPage(App& app, const LauncherPanel& panel) {
-    constexpr size_t MOST_ROWS = 12;
+    constexpr size_t MOST_ROWS = 12; // further files are not shown, because the page does not scroll
     Ui& ui = app.ui;
     panelText(ui, panel, 22.0f, tr(STR_GAME_FILES), 34.0f, colGold, true);
     uiWrappedText(ui, inPanel(panel, 36.0f, 66.0f, 568.0f, 40.0f), app.exeDir.c_str(), uiFontSize(ui, 14.0f),
@@ -144,7 +142,6 @@ static void drawFilesPage(App& app, const LauncherPanel& panel) {
 }
 
 // --- Confirmation pages
-// -----------------------------------------------------------------------------------
 
 static void drawConfirmationPage(App& app, const LauncherPanel& panel) {
     Ui& ui = app.ui;
@@ -160,11 +157,11 @@ static void drawConfirmationPage(App& app, const LauncherPanel& panel) {
     const bool no = launcherButton(ui, 458, right, STR_NO);
     if (yes && uninstall) uninstallGame(app);
     if (yes && !uninstall) deleteSave(app);
+    // A removal that could not begin leaves its page, so that nobody takes it for done.
     if (no || (yes && !uninstall)) app.launcherPage = LAUNCHER_MAIN;
 }
 
 // --- The whole screen
-// -------------------------------------------------------------------------------------
 
 static LauncherPanel launcherPanel(const App& app) {
     const bool confirmation =

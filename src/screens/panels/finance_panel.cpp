@@ -22,7 +22,7 @@ static void moneyRow(Ui& ui, PanelColumn column, float& y, StringId caption, dou
     uiKeyValueRow(ui, column.x, y, column.width, tr(caption), text, color);
 }
 
-// A loaded file may hold more or fewer days than there can be.
+// No count may lead past the rows of the chart.
 static int historyDays(const City& city) { return std::clamp(city.historyCount, 0, HISTORY_LENGTH); }
 
 static float chartScale(const City& city, int days) {

@@ -31,7 +31,7 @@ static void drawStatus(Ui& ui, PanelColumn column, float& y, const Building& bui
     char text[96];
     const char* status = tr(STR_WORKING);
     UiColor color = colBad;
-    if (!isFinished(building)) {
+    if (!isFinished(building)) { // cut off and not rounded, so that no site is said to be at 100 %
         status = formatTextInto(text, sizeof text, tr(STR_CONSTRUCTION_PERCENT),
                                 wholePart(building.progress * 100.0f));
         color = colGold;
@@ -105,6 +105,7 @@ void drawBuildingInspector(App& app, UiRect panel, float s, const Building& buil
 
 static const char* cellTitle(const Cell& cell) {
     if (cell.road) return tr(cell.road == ROAD_AVENUE ? STR_AVENUE : STR_STREET);
+    // The rows of the zones follow that of the pump.
     if (cell.zone >= ZONE_RESIDENTIAL && cell.zone <= ZONE_INDUSTRIAL) return tr(STR_WATER_PUMP + cell.zone);
     return tr(STR_NONE);
 }

@@ -9,7 +9,7 @@ void uiRect(Ui& ui, UiRect rect, UiColor color);
 // The whole texture; nothing for texture 0.
 void uiTexturedRect(Ui& ui, UiRect rect, uint32_t texture, UiColor color);
 void uiGradientRect(Ui& ui, UiRect rect, UiColor topColor, UiColor bottomColor);
-// Four bars inside the rectangle, which overlap in the corners.
+// Four bars inside the rectangle. They overlap in the corners, so that a translucent frame is denser there.
 void uiFrame(Ui& ui, UiRect rect, float thickness, UiColor color);
 void uiTriangle(Ui& ui, float x0, float y0, float x1, float y1, float x2, float y2, UiColor color);
 void uiLine(Ui& ui, float x0, float y0, float x1, float y1, float width, UiColor color);

@@ -65,7 +65,8 @@ int fontsMeasureAnew(FontSystem& fonts, const char* text, int size, bool bold);
 // From line to line; `size` without a font.
 int fontsLineSkip(FontSystem& fonts, int size, bool bold);
 // `color` is r << 24 | g << 16 | b << 8 | a. The texture lives until the cache is emptied, which happens when
-// a run is missing from a cache of more than 900.
+// a run is missing from a cache of more than 900. No order of use is kept, so that all go at once, and
+// texts that the frame has queued by then may be wrong in it.
 TextRun fontsRenderRun(FontSystem& fonts, const char* text, int size, uint32_t color, bool bold);
 
 // For what is remembered of texts. The first begins the key of a look-up with size and weight, and the caller

@@ -5,7 +5,7 @@
 #include <cstring>
 #include <vector>
 
-// --- Pictures of the text library: 32 bits a pixel, alpha in the highest byte ------------------------------
+// --- Pictures of the text library: 32 bits a pixel, alpha in the highest byte
 
 static const uint32_t* pixelRow(const SDL_Surface& surface, int y) {
     const uint8_t* pixels = static_cast<const uint8_t*>(surface.pixels);
@@ -48,7 +48,7 @@ static int baseLine(TTF_Font* font) {
     return foot;
 }
 
-// --- The pieces of a text ----------------------------------------------------------------------------------
+// --- The pieces of a text
 
 struct TextPiece {
     std::string text;

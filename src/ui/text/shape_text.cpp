@@ -8,7 +8,7 @@ using CodePoints = std::vector<uint32_t>;
 
 constexpr uint32_t REPLACEMENT = 0xFFFD;
 
-// --- UTF-8 -------------------------------------------------------------------------------------------------
+// --- UTF-8
 
 static size_t sequenceLength(uint8_t lead) {
     if (lead < 0x80) return 1;
@@ -61,7 +61,7 @@ static std::string encode(const CodePoints& points) {
     return text;
 }
 
-// --- Arabic: joining ---------------------------------------------------------------------------------------
+// --- Arabic: joining
 
 enum JoinType : uint8_t {
     JOINS_NOTHING,
@@ -167,6 +167,7 @@ static CodePoints joinLetters(const CodePoints& points) {
             joined.push_back(point);
             continue;
         }
+        // A mark between lam and alef keeps them apart, because it belongs to the lam alone.
         const uint32_t ligature = point == LAM && i + 1 < points.size() ? lamAlef(points[i + 1]) : 0;
         if (ligature) {
             joined.push_back(ligature + (joinedBefore ? 1 : 0));
@@ -181,7 +182,7 @@ static CodePoints joinLetters(const CodePoints& points) {
     return joined;
 }
 
-// --- Arabic: direction -------------------------------------------------------------------------------------
+// --- Arabic: direction
 
 enum Direction : uint8_t {
     NEUTRAL,
@@ -256,9 +257,10 @@ static CodePoints reorder(const CodePoints& points) {
     return ordered;
 }
 
-// --- Devanagari --------------------------------------------------------------------------------------------
+// --- Devanagari
 
-// The vowel sign i is written after its consonant and stands before it.
+// The vowel sign i is written after its consonant and stands before it. Of a cluster that is the last one,
+// because the text library joins none and draws the stroke between them.
 static CodePoints placeVowelSigns(const CodePoints& points) {
     constexpr uint32_t SIGN_I = 0x093F;
     constexpr uint32_t NUKTA = 0x093C;

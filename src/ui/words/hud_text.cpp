@@ -74,6 +74,7 @@ const char* statusText(uint8_t statusId, uint32_t statusArg, StatusBuffer& buffe
 
 const char* buildingName(int kind) { return kind >= 0 && kind < KIND_COUNT ? tr(STR_HOMES + kind) : ""; }
 
+// The rows of the overlays follow that of the bulldozer.
 const char* overlayName(int overlay) {
     return tr(overlay == OVERLAY_NORMAL ? STR_NORMAL : STR_BULLDOZE + overlay);
 }
