@@ -27,7 +27,6 @@ static std::string programFolder() {
 }
 
 bool appInit(App& app, const std::string& prefPath, std::string& error) {
-    app.prefPath = prefPath;
     app.savePath = prefPath + "savegame.ovw";
     app.settingsPath = prefPath + "settings.ini";
     loadSettings(app.settings, app.settingsPath);

@@ -49,7 +49,6 @@ struct FrameStats {
 struct App {
     Settings settings;
 
-    std::string prefPath; // with a separator at the end
     std::string savePath;
     std::string settingsPath;
     std::string exeDir;
@@ -116,11 +115,10 @@ struct App {
     uint64_t firstFrameCounter = 0; // performance counter at the first frame, 0 before it
     bool quitRequested = false;
     bool displayDirty = false; // the settings changed something that the window must follow
-    uint32_t citySeed = 0;     // of the city in play
 };
 
-// Everything that needs the GL context. False fills `error`; after success `error` may hold notes about what
-// is missing and can be done without.
+// Everything that needs the GL context. `prefPath`, the folder of save and settings, ends with a separator.
+// False fills `error`; after success `error` may hold notes about what is missing and can be done without.
 bool appInit(App& app, const std::string& prefPath, std::string& error);
 // Also after an appInit that failed.
 void appShutdown(App& app);

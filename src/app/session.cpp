@@ -52,8 +52,7 @@ static void enterCity(App& app) {
 }
 
 void newCity(App& app) {
-    app.citySeed = static_cast<uint32_t>(std::time(nullptr)) & 0x7FFFFFFFu;
-    generateMap(app.city, app.citySeed);
+    generateMap(app.city, static_cast<uint32_t>(std::time(nullptr)) & 0x7FFFFFFFu);
     setTool(app, TOOL_SELECT);
     setCurrentOverlay(app, OVERLAY_NORMAL);
     resetCamera(app.camera);
@@ -71,7 +70,6 @@ void saveGame(App& app) {
 
 void loadGame(App& app) {
     if (!loadCity(app.city, app.savePath)) return showStatus(app, STATUS_NO_SAVED_GAME, 0);
-    app.citySeed = app.city.seed;
     if (!showsCityInPlay(app)) resetCamera(app.camera); // otherwise the menus' view of the woods would stay
     enterCity(app);
     showStatus(app, STATUS_LOADED, 0);

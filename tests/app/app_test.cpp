@@ -49,7 +49,6 @@ TEST_F(AppInit, TheLauncherStandsBeforeTheLandOfSeedZero) {
 
 TEST_F(AppInit, FilesLieInThePreferenceFolderAndBesideTheProgram) {
     ASSERT_TRUE(start());
-    EXPECT_EQ(app.prefPath, folder);
     EXPECT_EQ(app.savePath, folder + "savegame.ovw");
     EXPECT_EQ(app.settingsPath, folder + "settings.ini");
     EXPECT_EQ(app.exeDir, std::filesystem::canonical("/proc/self/exe").parent_path().string() + "/");
