@@ -82,7 +82,7 @@ static int runNamed(City& city, const std::string& name, const ScriptExtras& ext
     return runScript(city, name, file, std::cout, std::cerr, extras);
 }
 
-static int runWithLog(City& city, const Options& options, ScriptExtras& extras) {
+static int runWithLog(City& city, const Options& options, ScriptExtras extras) {
     DayLog log;
     if (!log.open(options.csv)) {
         std::cerr << options.csv << ": cannot be opened\n";

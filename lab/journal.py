@@ -1,0 +1,89 @@
+"""What a sweep has done, kept in its folder line by line, so that no city runs twice.
+
+The first line tells which script, program and figures the outcomes belong to; each other one is a city's values
+and its outcome. A line that was cut when the power or the disk ended is taken away again.
+"""
+import csv
+import fcntl
+import json
+import os
+
+
+class JournalError(Exception):
+    pass
+
+
+class Journal:
+    def __init__(self, folder, study, fingerprint, fresh):
+        os.makedirs(folder, exist_ok=True)
+        self.study = study
+        self.lock = open(os.path.join(folder, "lock"), "w")
+        try:
+            fcntl.flock(self.lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+        except BlockingIOError:
+            raise JournalError(f"another sweep is at work in {folder}") from None
+        path = os.path.join(folder, "journal")
+        self.file = open(path, "w+b" if fresh else "a+b", buffering=0)
+        self.offsets = {} # of the line of each city that is done
+        self.failures = 0
+        self.read(folder, fingerprint)
+
+    def read(self, folder, fingerprint):
+        self.file.seek(0)
+        end = 0
+        for line in iter(open(self.file.fileno(), "rb", closefd=False).readline, b""):
+            if not line.endswith(b"\n"):
+                break
+            try:
+                if end == 0:
+                    known = json.loads(line)
+                else:
+                    self.note(end, *json.loads(line))
+            except (ValueError, TypeError):
+                raise JournalError(f"{folder}/journal is damaged; --fresh begins anew") from None
+            end += len(line)
+        self.file.truncate(end)
+        if end == 0:
+            self.write(fingerprint)
+        elif known != fingerprint:
+            raise JournalError(f"{folder} keeps cities of another script, program or table; "
+                               "--fresh throws them away, --out takes another folder")
+
+    def note(self, offset, texts, outcome):
+        number = self.study.number(texts) if len(texts) == len(self.study.names) else None
+        if number is not None:
+            self.offsets[number] = offset
+            self.failures += isinstance(outcome, str)
+
+    def write(self, record):
+        offset = self.file.seek(0, os.SEEK_END)
+        line = json.dumps(record, separators=(",", ":")).encode() + b"\n"
+        if self.file.write(line) != len(line):
+            self.file.truncate(offset)
+            raise OSError(28, "the disk is full")
+        return offset
+
+    def add(self, number, outcome):
+        texts = self.study.values(number)
+        self.note(self.write([texts, outcome]), texts, outcome)
+
+    def write_table(self, path):
+        """One row a city and day, in the order of the study; what failed has its reason in the last column."""
+        study = self.study
+        part = path + ".part"
+        try:
+            with open(part, "w", newline="") as file, open(self.file.fileno(), "rb", closefd=False) as journal:
+                table = csv.writer(file, lineterminator="\n")
+                table.writerow([*study.names, "city", "day", *study.keep, "error"])
+                for number in range(study.count):
+                    journal.seek(self.offsets[number])
+                    texts, outcome = json.loads(journal.readline())
+                    if isinstance(outcome, str):
+                        table.writerow([*texts, *[""] * (2 + len(study.keep)), outcome])
+                    else:
+                        table.writerows([*texts, *row, ""] for row in outcome)
+            os.replace(part, path)
+        except BaseException:
+            if os.path.exists(part):
+                os.remove(part)
+            raise
