@@ -22,18 +22,16 @@ class Simulator:
 
     def __init__(self, program, script, study):
         self.program, self.script = program, script
-        self.names, self.keep, self.days = study.names, study.keep, study.days
+        self.keep, self.days = study.keep, study.days
         self.running = set()
         self.stopped = False
 
-    def run(self, texts):
-        settings = []
-        for name, text in zip(self.names, texts):
-            settings += ["--set", f"{name}={text}"]
+    def run(self, settings):
+        options = [word for name, text in settings.items() for word in ("--set", f"{name}={text}")]
         reading, writing = os.pipe()
         with open(self.script, "rb") as script, open(reading) as table:
             try:
-                process = subprocess.Popen([self.program, "--csv", f"/dev/fd/{writing}", *settings], stdin=script,
+                process = subprocess.Popen([self.program, "--csv", f"/dev/fd/{writing}", *options], stdin=script,
                                            stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, pass_fds=(writing,))
             finally:
                 os.close(writing)
@@ -91,7 +89,7 @@ def run_here(simulator, study, numbers):
                     number = next(numbers, None)
                 if number is None:
                     break
-                outcomes.put((number, simulator.run(study.values(number))))
+                outcomes.put((number, simulator.run(study.settings(number))))
         except Exception as error:
             outcomes.put(error)
         outcomes.put(None)
@@ -141,7 +139,7 @@ class OnWorker:
 def run_on_worker(name, cities):
     import distributed
     simulator = distributed.get_worker().plugins[name].simulator
-    return [(number, simulator.run(texts)) for number, texts in cities]
+    return [(number, simulator.run(settings)) for number, settings in cities]
 
 
 def run_on_cluster(simulator, study, numbers, count, address, name):
@@ -161,7 +159,7 @@ def run_on_cluster(simulator, study, numbers, count, address, name):
         running = distributed.as_completed()
 
         def submit():
-            cities = [(number, study.values(number)) for number in itertools.islice(numbers, bundle)]
+            cities = [(number, study.settings(number)) for number in itertools.islice(numbers, bundle)]
             if cities:
                 running.add(client.submit(run_on_worker, name, cities, pure=False))
 

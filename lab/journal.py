@@ -1,7 +1,7 @@
 """What a sweep has done, kept in its folder line by line, so that no city runs twice.
 
-The first line tells which script, program and figures the outcomes belong to; each other one is a city's values
-and its outcome. A line that was cut when the power or the disk ended is taken away again.
+The first line tells which script, program and figures the outcomes belong to; each other one is a city's
+labels, what they say in the script, and its outcome. A line that was cut when the power or the disk ended is taken away again.
 """
 import csv
 import fcntl
@@ -49,8 +49,8 @@ class Journal:
             raise JournalError(f"{folder} keeps cities of another script, program or table; "
                                "--fresh throws them away, --out takes another folder")
 
-    def note(self, offset, texts, outcome):
-        number = self.study.number(texts) if len(texts) == len(self.study.names) else None
+    def note(self, offset, labels, settings, outcome):
+        number = self.study.find(labels, settings)
         if number is not None:
             self.offsets[number] = offset
             self.failures += isinstance(outcome, str)
@@ -64,8 +64,9 @@ class Journal:
         return offset
 
     def add(self, number, outcome):
-        texts = self.study.values(number)
-        self.note(self.write([texts, outcome]), texts, outcome)
+        record = [self.study.labels(number), self.study.settings(number), outcome]
+        self.offsets[number] = self.write(record)
+        self.failures += isinstance(outcome, str)
 
     def write_table(self, path):
         """One row a city and day, in the order of the study; what failed has its reason in the last column."""
@@ -77,11 +78,11 @@ class Journal:
                 table.writerow([*study.names, "city", "day", *study.keep, "error"])
                 for number in range(study.count):
                     journal.seek(self.offsets[number])
-                    texts, outcome = json.loads(journal.readline())
+                    labels, _, outcome = json.loads(journal.readline())
                     if isinstance(outcome, str):
-                        table.writerow([*texts, *[""] * (2 + len(study.keep)), outcome])
+                        table.writerow([*labels, *[""] * (2 + len(study.keep)), outcome])
                     else:
-                        table.writerows([*texts, *row, ""] for row in outcome)
+                        table.writerows([*labels, *row, ""] for row in outcome)
             os.replace(part, path)
         except BaseException:
             if os.path.exists(part):

@@ -8,7 +8,7 @@ around it; one line for each value of a parameter.
     x_label = "Tax on homes"
     y = ["lastIncome", "happiness"]       # or one figure; a panel for each
     y_label = ["Income (money a day)", "Happiness (0 to 100)"]
-    lines = "school"                      # a parameter; optional
+    lines = "school"                      # a parameter; optional, and so is lines_label
     where = { pump = 1 }                  # a value for each parameter that is neither
 
 The same table gives the same bytes.
@@ -16,6 +16,7 @@ The same table gives the same bytes.
 import csv
 import os
 import statistics
+import textwrap
 
 import matplotlib
 
@@ -70,8 +71,8 @@ def draw_dots(axes, points, places, label, shift):
     axes.errorbar(x, middle, yerr=reach, fmt="o", markersize=6, elinewidth=4, label=label)
 
 
-def draw_plot(study, plot, table, folder):
-    x, lines, words = plot["x"], plot.get("lines"), study.words
+def draw_plot(plot, table, folder):
+    x, lines = plot["x"], plot.get("lines")
     fixed = {name: str(value) for name, value in plot["where"].items()}
     rows = [row for row in table if all(row[name] == value for name, value in fixed.items())]
     ticks = list(dict.fromkeys(row[x] for row in rows if row[x]))
@@ -80,26 +81,24 @@ def draw_plot(study, plot, table, folder):
     groups = list(dict.fromkeys(row[lines] for row in rows)) if lines else [None]
 
     count = len(plot["y"])
-    figure, panels = plt.subplots(count, 1, sharex=True, squeeze=False, figsize=(6.6, 1.3 + 2.4 * count))
+    figure, panels = plt.subplots(count, 1, sharex=True, squeeze=False, layout="constrained",
+                                   figsize=(8 if lines else 6.6, 1.1 + 2.2 * count))
     for axes, name, label in zip(panels[:, 0], plot["y"], plot["y_label"]):
         for i, group in enumerate(groups):
             points = gather([row for row in rows if group in (None, row.get(lines))], x, name)
-            said = words.get(lines, {}).get(group, group)
             if is_scale:
-                draw_line(axes, points, places, said)
+                draw_line(axes, points, places, group)
             else:
-                draw_dots(axes, points, places, said, (i - (len(groups) - 1) / 2) * 0.15)
+                draw_dots(axes, points, places, group, (i - (len(groups) - 1) / 2) * 0.15)
         axes.set_ylabel(label)
         axes.margins(x=0.03 if is_scale else 0.12)
         axes.yaxis.set_major_formatter(matplotlib.ticker.StrMethodFormatter("{x:,g}"))
-    if not is_scale or x in words:
-        said = [words.get(x, {}).get(tick, tick) for tick in ticks]
-        axes.set_xticks([places[tick] for tick in ticks], said)
+    if not is_scale or len(ticks) <= 12:
+        axes.set_xticks(list(places.values()), [textwrap.fill(tick, 14) for tick in ticks])
     axes.set_xlabel(plot["x_label"])
     panels[0, 0].set_title(plot["title"], pad=12)
     if lines:
-        panels[0, 0].legend()
-    figure.tight_layout()
+        panels[0, 0].legend(title=plot.get("lines_label"), alignment="left", loc="upper left", bbox_to_anchor=(1, 1))
     for kind in ("svg", "png"):
         path = os.path.join(folder, f"{plot['name']}.{kind}")
         figure.savefig(path + ".part", format=kind, dpi=150, metadata={"Date": None} if kind == "svg" else None)
@@ -114,4 +113,4 @@ def draw(study, table_path, folder):
         table = list(csv.DictReader(file))
     with matplotlib.rc_context(STYLE):
         for plot in study.plots:
-            yield from draw_plot(study, plot, table, folder)
+            yield from draw_plot(plot, table, folder)

@@ -7,10 +7,11 @@
 
     [parameters]
     steps = { from = -8, to = 10, step = 2 }
-    school = [0, 1]
+    road = ["street", "avenue"]
 
-    [words.steps]                      # what plots say for a value; optional
-    "-8" = "20 %"
+    [parameters.park]                  # a name for each case, and what it says in the script
+    "in the middle" = { x = 48, y = 47 }
+    "at the edge" = { x = 60, y = 47 }
 
     [[plots]]                          # any number; see plots.py
     ...
@@ -23,8 +24,8 @@ import os
 import re
 import tomllib
 
-KEYS = {"script", "seeds", "keep", "days", "parameters", "words", "plots"}
-PLOT_KEYS = {"name", "title", "x", "y", "lines", "where", "x_label", "y_label"}
+KEYS = {"script", "seeds", "keep", "days", "parameters", "plots"}
+PLOT_KEYS = {"name", "title", "x", "y", "lines", "where", "x_label", "y_label", "lines_label"}
 PLOT_NEEDS = {"name", "title", "x", "y", "x_label", "y_label"}
 NAME = re.compile(r"[A-Za-z_][A-Za-z0-9_]*")
 FILE_COMMANDS = {"save", "load", "fields"}
@@ -36,35 +37,52 @@ class StudyError(Exception):
 
 
 class Values:
-    """A list of texts."""
+    """What a parameter may be: a list of texts. Each is written in the table and said in the script."""
 
-    def __init__(self, texts):
+    def __init__(self, name, texts):
+        self.says = [name] # the {names} that it fills
         self.texts = texts
         self.count = len(texts)
         self.places = {text: i for i, text in enumerate(texts)}
 
-    def __getitem__(self, i):
-        return self.texts[i]
+    def label(self, place):
+        return self.texts[place]
 
-    def place(self, text):
-        return self.places.get(text)
+    def settings(self, place):
+        return {self.says[0]: self.label(place)}
+
+    def place(self, label):
+        return self.places.get(label)
 
 
-class Range:
-    """The texts of a range of numbers, both ends included."""
+class Cases(Values):
+    """Texts that stand in the table; in the script each says several things."""
 
-    def __init__(self, first, step, count):
+    def __init__(self, cases):
+        super().__init__(None, list(cases))
+        self.cases = list(cases.values())
+        self.says = list(self.cases[0])
+
+    def settings(self, place):
+        return self.cases[place]
+
+
+class Range(Values):
+    """The texts of a range of numbers, both ends included; no list of them is made."""
+
+    def __init__(self, name, first, step, count):
+        self.says = [name]
         self.first, self.step, self.count = first, step, count
 
-    def __getitem__(self, i):
-        return format(self.first + i * self.step, "f")
+    def label(self, place):
+        return format(self.first + place * self.step, "f")
 
-    def place(self, text):
+    def place(self, label):
         try:
-            i = int((decimal.Decimal(text) - self.first) / self.step)
+            place = int((decimal.Decimal(label) - self.first) / self.step)
         except (ValueError, ArithmeticError):
             return None
-        return i if 0 <= i < self.count and self[i] == text else None
+        return place if 0 <= place < self.count and self.label(place) == label else None
 
 
 def demand(truth, message):
@@ -89,32 +107,46 @@ def read_range(where, table):
     demand(all(map(is_number, (first, last, step))), f"{where}: a range is made of numbers")
     demand(step > 0 and first <= last, f"{where}: a range goes upwards, in steps above 0")
     first, last, step = map(decimal.Decimal, (first, last, step))
-    return Range(first, step, int((last - first) / step) + 1)
+    return Range(where, first, step, int((last - first) / step) + 1)
+
+
+def read_text(where, item):
+    demand(isinstance(item, str) or is_number(item), f"{where}: {item!r} is neither a text nor a number")
+    text = item if isinstance(item, str) else format(item, "d" if isinstance(item, int) else "f")
+    demand(not re.search(r"[#\x00-\x1f]", text), f"{where}: {text!r} holds a # or a control character")
+    return text
 
 
 def read_list(where, items):
     demand(items, f"{where}: the list is empty")
-    texts = []
-    for item in items:
-        demand(isinstance(item, str) or is_number(item), f"{where}: {item!r} is neither a text nor a number")
-        text = item if isinstance(item, str) else format(item, "d" if isinstance(item, int) else "f")
-        demand(not re.search(r"[#\r\n\0]", text), f"{where}: {text!r} holds a # or a line end")
-        texts.append(text)
+    texts = [read_text(where, item) for item in items]
     demand(len(set(texts)) == len(texts), f"{where}: a value stands twice in the list")
-    return Values(texts)
+    return Values(where, texts)
+
+
+def read_cases(where, table):
+    cases = {}
+    for label, says in table.items():
+        demand(says and set(says) == set(next(iter(table.values()))), f"{where}: each case must say the same names")
+        demand(all(map(NAME.fullmatch, says)), f"{where}: a name is made of letters, digits and _")
+        cases[read_text(where, label)] = {name: read_text(f"{where}: {label}", item) for name, item in says.items()}
+    return Cases(cases)
 
 
 def read_values(where, item):
-    demand(isinstance(item, (list, dict)), f"{where}: this is neither a list nor a range")
-    return read_range(where, item) if isinstance(item, dict) else read_list(where, item)
+    demand(isinstance(item, (list, dict)), f"{where}: this is no list, no range and no table of cases")
+    if isinstance(item, list):
+        return read_list(where, item)
+    return read_cases(where, item) if item and all(isinstance(v, dict) for v in item.values()) else read_range(where, item)
 
 
 def read_seeds(item):
-    seeds = read_values("seeds", item)
-    numbers = seeds.texts if isinstance(seeds, Values) else [seeds[0], seeds[seeds.count - 1]]
-    fits = all(re.fullmatch(r"\d{1,10}", text) and int(text) < SEED_LIMIT for text in numbers)
-    demand(fits and (isinstance(seeds, Values) or seeds.step == int(seeds.step)),
-           "seeds: a seed is a whole number from 0 to 4294967295")
+    seeds = read_values("seed", item)
+    demand(not isinstance(seeds, Cases), "seeds: seeds are a list or a range")
+    step = seeds.step if isinstance(seeds, Range) else 1
+    labels = [seeds.label(0), seeds.label(seeds.count - 1)] if isinstance(seeds, Range) else seeds.texts
+    fits = all(re.fullmatch(r"\d{1,10}", label) and int(label) < SEED_LIMIT for label in labels)
+    demand(fits and step == int(step), "seeds: a seed is a whole number from 0 to 4294967295")
     return seeds
 
 
@@ -170,14 +202,9 @@ class Study:
         self.count = 1
         for _, values in self.axes:
             self.count *= values.count
-        self.words = table.get("words", {})
-        demand(isinstance(self.words, dict), "words: this is no table")
-        refuse_unknown(self.words, set(self.names), "words")
-        for name, words in self.words.items():
-            demand(isinstance(words, dict), f"words.{name}: this is no table")
-            known = dict(self.axes)[name]
-            for value in words:
-                demand(known.place(value) is not None, f"words.{name}: there is no value '{value}'")
+        self.says = [name for _, values in self.axes for name in values.says]
+        for name in self.says:
+            demand(self.says.count(name) == 1, f"parameters: {{{name}}} is said twice")
 
     def read_keep(self, table):
         self.keep = table["keep"]
@@ -200,9 +227,9 @@ class Study:
         except OSError as error:
             raise StudyError(f"script: {self.script_path}: {error.strerror}") from None
         used = names_in_script(self.script_path, self.script.decode(errors="replace"))
-        for name in sorted(used - set(self.names)):
+        for name in sorted(used - set(self.says)):
             raise StudyError(f"the script asks for {{{name}}}, which is no parameter")
-        for name in self.names:
+        for name in self.says:
             demand(name in used, f"the script never says {{{name}}}")
 
     def check_plot(self, plot):
@@ -232,20 +259,30 @@ class Study:
         for name in parameters:
             demand(name in {plot["x"], plot.get("lines"), *fixed}, f"{where}: which {name}? Say so in 'where'")
 
-    def values(self, number):
-        """The texts of a city's parameters, and of its seed, which changes fastest."""
-        texts = []
+    def places(self, number):
+        """The place of each of a city's values; that of the seed changes fastest."""
+        places = []
         for _, values in reversed(self.axes):
             number, place = divmod(number, values.count)
-            texts.append(values[place])
-        return texts[::-1]
+            places.append(place)
+        return places[::-1]
 
-    def number(self, texts):
-        """The other way round; None when no city of the study has these values."""
+    def labels(self, number):
+        return [values.label(place) for (_, values), place in zip(self.axes, self.places(number))]
+
+    def settings(self, number):
+        """What the script's {names} say in this city."""
+        settings = {}
+        for (_, values), place in zip(self.axes, self.places(number)):
+            settings.update(values.settings(place))
+        return settings
+
+    def find(self, labels, settings):
+        """The number of the city with these labels and settings; None when there is none."""
         number = 0
-        for (_, values), text in zip(self.axes, texts):
-            place = values.place(text)
+        for (_, values), label in zip(self.axes, labels):
+            place = values.place(label)
             if place is None:
                 return None
             number = number * values.count + place
-        return number
+        return number if self.settings(number) == settings else None
