@@ -8,6 +8,8 @@ import contextlib
 import itertools
 import os
 import queue
+import shutil
+import signal
 import subprocess
 import sys
 import threading
@@ -39,28 +41,37 @@ class Simulator:
                 self.running.add(process)
                 if self.stopped:
                     process.kill()
-                lines = table.read().splitlines()
+                rows = list(self.rows(table))
                 error = process.stderr.read().decode(errors="replace").strip()
             self.running.discard(process)
         if process.returncode < 0:
             return None
         if process.returncode > 0:
             return error.replace("stdin:", "line ", 1)
-        return self.rows(lines) or "no day passes in the script"
+        return rows or "no day passes in the script"
 
-    def rows(self, lines):
-        names = lines[0].split(",")
-        columns = [names.index(name) for name in ["city", "day", *self.keep]]
-        kept = lines[1:]
+    def wanted_lines(self, table):
+        """Those of the days to keep; the others are forgotten as they come."""
         if self.days == "last":
-            kept = [line for line, after in itertools.pairwise([*kept, ""])
-                    if line.split(",", 1)[0] != after.split(",", 1)[0]]
-        rows = []
-        for line in kept:
-            cells = line.split(",")
-            if not isinstance(self.days, int) or int(cells[1]) % self.days == 0:
-                rows.append([cells[column] for column in columns])
-        return rows
+            before = None
+            for line in table:
+                if before and before.split(",", 1)[0] != line.split(",", 1)[0]:
+                    yield before
+                before = line
+            if before:
+                yield before
+        else:
+            pace = 1 if self.days == "all" else self.days
+            yield from (line for line in table if int(line.split(",", 2)[1]) % pace == 0)
+
+    def rows(self, table):
+        names = table.readline().rstrip("\n").split(",")
+        if names == [""]: # the program did not come so far
+            return
+        columns = [names.index(name) for name in ["city", "day", *self.keep]]
+        for line in self.wanted_lines(table):
+            cells = line.rstrip("\n").split(",")
+            yield [cells[column] for column in columns]
 
     def stop(self):
         self.stopped = True
@@ -116,14 +127,17 @@ def run_here(simulator, study, numbers):
 class OnWorker:
     """Brings program and script to each worker of a cluster, also to one that joins later."""
 
-    def __init__(self, simulator, name):
-        self.simulator, self.name = simulator, name
+    def __init__(self, simulator, name, is_ours):
+        self.simulator, self.name, self.is_ours = simulator, name, is_ours
         with open(simulator.program, "rb") as program, open(simulator.script, "rb") as script:
             self.program, self.script = program.read(), script.read()
 
     def setup(self, worker):
+        if self.is_ours: # Ctrl+C reaches all processes of the terminal; ours are ended by the sweep
+            signal.signal(signal.SIGINT, signal.SIG_IGN)
         folder = os.path.join(worker.local_directory, self.name)
         os.makedirs(folder, exist_ok=True)
+        self.folder = folder
         self.simulator.program = os.path.join(folder, "orlavane-sim")
         self.simulator.script = os.path.join(folder, "script.txt")
         for path, content in ((self.simulator.program, self.program), (self.simulator.script, self.script)):
@@ -134,6 +148,7 @@ class OnWorker:
 
     def teardown(self, worker):
         self.simulator.stop()
+        shutil.rmtree(self.folder)
 
 
 def run_on_worker(name, cities):
@@ -148,11 +163,12 @@ def run_on_cluster(simulator, study, numbers, count, address, name):
     import distributed
     cloudpickle.register_pickle_by_value(sys.modules[__name__]) # for workers that know nothing of this file
     with contextlib.ExitStack() as stack:
-        if not address:
+        is_ours = not address
+        if is_ours:
             address = stack.enter_context(distributed.LocalCluster(
                 n_workers=len(os.sched_getaffinity(0)), threads_per_worker=1, host="127.0.0.1", dashboard_address=None))
-        client = stack.enter_context(distributed.Client(address))
-        client.register_worker_plugin(OnWorker(simulator, name), name=name)
+        client = stack.enter_context(distributed.Client(address, timeout=10))
+        client.register_worker_plugin(OnWorker(simulator, name, is_ours), name=name)
         cores = max(1, sum(client.ncores().values()))
         bundle = min(32, max(1, count // (8 * cores))) # a task costs a millisecond, a small city ten
         numbers = iter(numbers)

@@ -22,13 +22,13 @@ class Journal:
             fcntl.flock(self.lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
         except BlockingIOError:
             raise JournalError(f"another sweep is at work in {folder}") from None
-        path = os.path.join(folder, "journal")
-        self.file = open(path, "w+b" if fresh else "a+b", buffering=0)
+        self.path = os.path.join(folder, "journal")
+        self.file = open(self.path, "w+b" if fresh else "a+b", buffering=0)
         self.offsets = {} # of the line of each city that is done
         self.failures = 0
-        self.read(folder, fingerprint)
+        self.read(fingerprint)
 
-    def read(self, folder, fingerprint):
+    def read(self, fingerprint):
         self.file.seek(0)
         end = 0
         for line in iter(open(self.file.fileno(), "rb", closefd=False).readline, b""):
@@ -40,13 +40,13 @@ class Journal:
                 else:
                     self.note(end, *json.loads(line))
             except (ValueError, TypeError):
-                raise JournalError(f"{folder}/journal is damaged; --fresh begins anew") from None
+                raise JournalError(f"{self.path} is damaged; --fresh begins anew") from None
             end += len(line)
         self.file.truncate(end)
         if end == 0:
             self.write(fingerprint)
         elif known != fingerprint:
-            raise JournalError(f"{folder} keeps cities of another script, program or table; "
+            raise JournalError(f"{self.path} keeps cities of another script, program or table; "
                                "--fresh throws them away, --out takes another folder")
 
     def note(self, offset, labels, settings, outcome):
@@ -58,9 +58,12 @@ class Journal:
     def write(self, record):
         offset = self.file.seek(0, os.SEEK_END)
         line = json.dumps(record, separators=(",", ":")).encode() + b"\n"
-        if self.file.write(line) != len(line):
-            self.file.truncate(offset)
-            raise OSError(28, "the disk is full")
+        try:
+            written = self.file.write(line)
+        except OSError as error:
+            raise JournalError(f"{self.path}: {error.strerror}") from None
+        if written < len(line):
+            raise JournalError(f"{self.path}: the disk is full")
         return offset
 
     def add(self, number, outcome):
