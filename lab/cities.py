@@ -22,18 +22,18 @@ class LostCity(Exception):
 class Simulator:
     """orlavane-sim with the script of a study. It can be sent to a Dask worker, which needs nothing of ours."""
 
-    def __init__(self, program, script, study):
-        self.program, self.script = program, script
-        self.keep, self.days = study.keep, study.days
+    def __init__(self, program, script, study, figures):
+        self.program, self.script, self.days = program, script, study.days
+        self.columns = [figures.index(name) for name in ["city", "day", *study.keep]]
         self.running = set()
         self.stopped = False
 
     def run(self, settings):
         options = [word for name, text in settings.items() for word in ("--set", f"{name}={text}")]
         reading, writing = os.pipe()
-        with open(self.script, "rb") as script, open(reading) as table:
+        with open(reading, "rb", buffering=65536) as table:
             try:
-                process = subprocess.Popen([self.program, "--csv", f"/dev/fd/{writing}", *options], stdin=script,
+                process = subprocess.Popen([self.program, self.script, "--csv", f"/dev/fd/{writing}", *options],
                                            stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, pass_fds=(writing,))
             finally:
                 os.close(writing)
@@ -47,36 +47,39 @@ class Simulator:
         if process.returncode < 0:
             return None
         if process.returncode > 0:
-            return error.replace("stdin:", "line ", 1)
+            return error.replace(f"{self.script}:", "line ", 1)
         return rows or "no day passes in the script"
 
     def wanted_lines(self, table):
         """Those of the days to keep; the others are forgotten as they come."""
-        if self.days == "last":
-            before = None
-            for line in table:
-                if before and before.split(",", 1)[0] != line.split(",", 1)[0]:
-                    yield before
-                before = line
-            if before:
-                yield before
-        else:
-            pace = 1 if self.days == "all" else self.days
-            yield from (line for line in table if int(line.split(",", 2)[1]) % pace == 0)
+        before = b""
+        while lines := table.readlines(65536):
+            if self.days != "last":
+                pace = 1 if self.days == "all" else self.days
+                yield from (line for line in lines if int(line.split(b",", 2)[1]) % pace == 0)
+            elif city_of(before) != city_of(lines[-1]): # cities are counted upwards: between equals are no others
+                for line in lines:
+                    if before and city_of(before) != city_of(line):
+                        yield before
+                    before = line
+            before = lines[-1]
+        if self.days == "last" and before:
+            yield before
 
     def rows(self, table):
-        names = table.readline().rstrip("\n").split(",")
-        if names == [""]: # the program did not come so far
-            return
-        columns = [names.index(name) for name in ["city", "day", *self.keep]]
+        table.readline() # their names
         for line in self.wanted_lines(table):
-            cells = line.rstrip("\n").split(",")
-            yield [cells[column] for column in columns]
+            cells = line.decode().rstrip("\n").split(",")
+            yield [cells[column] for column in self.columns]
 
     def stop(self):
         self.stopped = True
         for process in list(self.running):
             process.kill()
+
+
+def city_of(line):
+    return line.split(b",", 1)[0]
 
 
 def figure_names(program):

@@ -9,6 +9,9 @@ import json
 import os
 
 
+ENCODE = json.JSONEncoder(separators=(",", ":")).encode
+
+
 class JournalError(Exception):
     pass
 
@@ -43,6 +46,7 @@ class Journal:
                 raise JournalError(f"{self.path} is damaged; --fresh begins anew") from None
             end += len(line)
         self.file.truncate(end)
+        self.end = end
         if end == 0:
             self.write(fingerprint)
         elif known != fingerprint:
@@ -56,15 +60,15 @@ class Journal:
             self.failures += isinstance(outcome, str)
 
     def write(self, record):
-        offset = self.file.seek(0, os.SEEK_END)
-        line = json.dumps(record, separators=(",", ":")).encode() + b"\n"
+        line = ENCODE(record).encode() + b"\n"
         try:
             written = self.file.write(line)
         except OSError as error:
             raise JournalError(f"{self.path}: {error.strerror}") from None
         if written < len(line):
             raise JournalError(f"{self.path}: the disk is full")
-        return offset
+        self.end += written
+        return self.end - written
 
     def add(self, number, outcome):
         record = [self.study.labels(number), self.study.settings(number), outcome]

@@ -6,6 +6,8 @@
 
 namespace fs = std::filesystem;
 
+static constexpr std::streamsize BUFFER_SIZE = 32 * 1024;
+
 DayLog::~DayLog() {
     file.close();
     std::error_code ignored;
@@ -16,6 +18,8 @@ bool DayLog::open(const std::string& wantedPath) {
     std::error_code ignored;
     path = wantedPath;
     const bool isDirect = fs::exists(path, ignored) && !fs::is_regular_file(path, ignored);
+    buffer.resize(BUFFER_SIZE);
+    file.rdbuf()->pubsetbuf(buffer.data(), BUFFER_SIZE);
     file.open(isDirect ? path : path + ".part", std::ios::binary);
     if (!file) return false;
 

@@ -10,6 +10,7 @@
 
 #include <fstream>
 #include <string>
+#include <vector>
 
 class DayLog {
 public:
@@ -28,6 +29,7 @@ public:
     bool finish();
 
 private:
+    std::vector<char> buffer; // who reads from a pipe is woken for a hundred days at a time
     std::ofstream file;
     std::string path;
     std::string partPath; // empty when the file is written directly, and when all is done
