@@ -305,6 +305,13 @@ class ManyCities(LabTest):
         self.assertIn("This study has 6000000 cities to run. --yes runs them without being asked.", run.stderr)
         self.assertEqual(self.kept(), 0)
 
+    def test_fresh_forgets_nothing_before_the_answer(self):
+        self.study(STUDY)
+        self.swept()
+        self.study(STUDY.replace("[1, 2, 3]", "{ from = 1, to = 1000000 }"))
+        self.assertEqual(self.sweep("--fresh").returncode, 2)
+        self.assertEqual(self.kept(), 18)
+
     def test_millions_are_asked_about_on_a_terminal(self):
         for answer, status in (("n\r", 2), ("\r", 2)):
             with Terminal(self.command()) as terminal:
