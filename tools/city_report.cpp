@@ -19,51 +19,85 @@ static std::string jsonValue(double value) { return formatNumber("%.17g", value)
 static std::string jsonValue(float value) { return formatNumber("%.9g", static_cast<double>(value)); }
 static std::string jsonValue(int value) { return std::to_string(value); }
 
-template<class List> static std::string jsonList(const List& values) {
+// Calls visit(name, value) for every figure, in the order of `stats`; a value is a number or an array of
+// them.
+template<class Visit> static void visitFigures(const City& city, Visit visit) {
+    const CityStats stats = computeStats(city);
+    visit("day", stats.day);
+    visit("money", stats.money);
+    visit("lastIncome", stats.lastIncome);
+    visit("lastExpense", stats.lastExpense);
+    visit("population", stats.population);
+    visit("jobs", stats.jobs);
+    visit("employed", stats.employed);
+    visit("workers", stats.workers);
+    visit("happiness", stats.happiness);
+    visit("demand", stats.demand);
+    visit("streetCells", stats.streetCells);
+    visit("avenueCells", stats.avenueCells);
+    visit("workingBuildings", stats.workingBuildings);
+    visit("districtCells", stats.districtCells);
+    visit("averagePollution", stats.averagePollution);
+    visit("averageTraffic", stats.averageTraffic);
+    visit("workingParks", stats.workingParks);
+    visit("zonedCells", stats.zonedCells);
+    visit("educatedShare", stats.educatedShare);
+    visit("commuters", stats.commuters);
+    visit("transitRiders", stats.transitRiders);
+    visit("goodsDemand", city.goodsDemand);
+    visit("goodsSupply", city.goodsSupply);
+    visit("goodsRatio", city.goodsRatio);
+    visit("bankrupt", int{stats.bankrupt != 0});
+    visit("allMissionsDone", int{stats.allMissionsDone != 0});
+    visit("missionIndex", city.missionIndex);
+    visit("missionProgress", missionProgress(city));
+    visit("buildings", static_cast<int>(city.buildings.size()));
+    visit("raining", city.raining);
+    visit("weatherDaysLeft", city.weatherDaysLeft);
+}
+
+template<class List> static std::string jsonValue(const List& values) {
     std::string text;
     for (const auto& value : values) text += (text.empty() ? "[" : ",") + jsonValue(value);
     return text + "]";
 }
 
 std::string statsJson(const City& city) {
-    const CityStats stats = computeStats(city);
     std::string text;
-    const auto raw = [&text](const char* key, const std::string& value) {
-        text.append(text.empty() ? "{\"" : ",\"").append(key).append("\":").append(value);
-    };
-    const auto put = [&raw](const char* key, auto value) { raw(key, jsonValue(value)); };
-    put("day", stats.day);
-    put("money", stats.money);
-    put("lastIncome", stats.lastIncome);
-    put("lastExpense", stats.lastExpense);
-    put("population", stats.population);
-    put("jobs", stats.jobs);
-    put("employed", stats.employed);
-    put("workers", stats.workers);
-    put("happiness", stats.happiness);
-    raw("demand", jsonList(stats.demand));
-    put("streetCells", stats.streetCells);
-    put("avenueCells", stats.avenueCells);
-    raw("workingBuildings", jsonList(stats.workingBuildings));
-    put("districtCells", stats.districtCells);
-    put("averagePollution", stats.averagePollution);
-    put("averageTraffic", stats.averageTraffic);
-    put("workingParks", stats.workingParks);
-    put("zonedCells", stats.zonedCells);
-    put("educatedShare", stats.educatedShare);
-    put("commuters", stats.commuters);
-    put("transitRiders", stats.transitRiders);
-    put("goodsDemand", city.goodsDemand);
-    put("goodsSupply", city.goodsSupply);
-    put("goodsRatio", city.goodsRatio);
-    put("bankrupt", int{stats.bankrupt != 0});
-    put("allMissionsDone", int{stats.allMissionsDone != 0});
-    put("missionIndex", city.missionIndex);
-    put("missionProgress", missionProgress(city));
-    put("buildings", static_cast<int>(city.buildings.size()));
-    put("raining", city.raining);
-    put("weatherDaysLeft", city.weatherDaysLeft);
+    visitFigures(city, [&text](const char* name, const auto& value) {
+        text.append(text.empty() ? "{\"" : ",\"").append(name).append("\":").append(jsonValue(value));
+    });
     return text + "}";
+}
+
+static void addCell(std::string& row, const std::string& text) {
+    row.append(row.empty() ? "" : ",").append(text);
+}
+
+static void addNames(std::string& row, const char* name, double) { addCell(row, name); }
+template<class Number, size_t count>
+static void addNames(std::string& row, const char* name, const std::array<Number, count>&) {
+    for (size_t i = 0; i < count; i++) addCell(row, name + std::to_string(i));
+}
+
+std::string statsCsvNames() {
+    std::string row;
+    visitFigures(City(), [&row](const char* name, const auto& value) { addNames(row, name, value); });
+    return row;
+}
+
+template<class Number> static void addValues(std::string& row, Number value) {
+    addCell(row, jsonValue(value));
+}
+template<class Number, size_t count>
+static void addValues(std::string& row, const std::array<Number, count>& values) {
+    for (const Number value : values) addCell(row, jsonValue(value));
+}
+
+std::string statsCsv(const City& city) {
+    std::string row;
+    visitFigures(city, [&row](const char*, const auto& value) { addValues(row, value); });
+    return row;
 }
 
 bool writeFields(const City& city, const std::string& path) {

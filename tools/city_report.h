@@ -12,6 +12,11 @@ std::string formatNumber(const char* format, double value);
 // doubles 17, so that equal text means equal bits. What is not finite comes out as printf writes it.
 std::string statsJson(const City& city);
 
+// The same figures in the same text as a row of a table, and the names of its columns. An array takes a
+// column for each of its entries: demand0, demand1 and so on.
+std::string statsCsv(const City& city);
+std::string statsCsvNames();
+
 // The eight coverage grids, trafficLoad, pollution, landValue, trafficFlow, powerField, waterField, then
 // roadCapacity: flat and little-endian, CELL_COUNT values each. True when every byte was written.
 bool writeFields(const City& city, const std::string& path);

@@ -1,6 +1,8 @@
 #include "city_script.h"
 
 #include "city_report.h"
+#include "day_log.h"
+#include "progress_bar.h"
 #include "sim/build_tools.h"
 #include "sim/daily_tick.h"
 #include "sim/finance.h"
@@ -11,6 +13,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <chrono>
 #include <cmath>
 #include <istream>
 #include <limits>
@@ -24,7 +27,8 @@ constexpr size_t ARGUMENT_LIMIT = 5;
 struct Arguments {
     std::array<int64_t, ARGUMENT_LIMIT> numbers = {};
     double amount = 0.0;
-    std::string path;
+    std::string path = {};
+    const ScriptExtras& extras;
 
     int operator[](size_t index) const { return static_cast<int>(numbers[index]); }
 };
@@ -53,6 +57,7 @@ template<class Change> static int64_t countInRect(const Arguments& a, Change cha
 
 static void runNew(City& city, const Arguments& a, std::string& answer) {
     generateMap(city, static_cast<uint32_t>(a.numbers[0]));
+    if (a.extras.dayLog) a.extras.dayLog->beginCity();
     say(answer, a.numbers[0]);
 }
 
@@ -126,8 +131,24 @@ static void runMoney(City& city, const Arguments& a, std::string& answer) {
     say(answer, formatNumber("%.17g", a.amount));
 }
 
+// One day, told to the log unless the city stands still. False when the log can take no more.
+static bool tickAndLog(City& city, DayLog* log) {
+    const int32_t before = city.day;
+    dailyTick(city);
+    return !log || city.day == before || log->addDay(city);
+}
+
+static double secondsNow() {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
 static void runTick(City& city, const Arguments& a, std::string& answer) {
-    for (int64_t i = 0; i < a.numbers[0]; i++) dailyTick(city);
+    const int64_t days = a.numbers[0];
+    ProgressBar* bar = a.extras.progressBar;
+    if (bar) bar->begin(secondsNow());
+    for (int64_t i = 0; i < days && tickAndLog(city, a.extras.dayLog); i++)
+        if (bar) bar->update(i + 1, days, secondsNow());
+    if (bar) bar->end();
     say(answer, int64_t{city.day});
 }
 
@@ -136,7 +157,9 @@ static void runSave(City& city, const Arguments& a, std::string& answer) {
 }
 
 static void runLoad(City& city, const Arguments& a, std::string& answer) {
-    sayTruth(answer, loadCity(city, a.path));
+    const bool loaded = loadCity(city, a.path);
+    if (loaded && a.extras.dayLog) a.extras.dayLog->beginCity();
+    sayTruth(answer, loaded);
 }
 
 static void runFields(City& city, const Arguments& a, std::string& answer) {
@@ -264,9 +287,15 @@ static std::string usage(const Command& command) {
            std::string(command.arguments);
 }
 
-bool runScriptLine(City& city, std::string_view line, std::string& answer) {
+bool runScriptLine(City& city, std::string_view line, std::string& answer, const ScriptExtras& extras) {
     answer.clear();
-    const std::vector<std::string_view> words = scriptWords(line);
+    std::string filled;
+    std::string unknown;
+    if (!fillLine(extras.values, line, filled, unknown)) {
+        answer = quoted("{" + unknown + "}") + " has no value";
+        return false;
+    }
+    const std::vector<std::string_view> words = scriptWords(filled);
     if (words.empty()) return true;
 
     const auto command = std::find_if(std::begin(COMMANDS), std::end(COMMANDS),
@@ -280,7 +309,7 @@ bool runScriptLine(City& city, std::string_view line, std::string& answer) {
         answer = "wrong number of words for: " + usage(*command);
         return false;
     }
-    Arguments arguments;
+    Arguments arguments{.extras = extras};
     for (size_t i = 0; i < names.size(); i++) {
         if (parseArgument(names[i], words[i + 1], i, arguments)) continue;
         answer = quoted(words[i + 1]) + " cannot be " + std::string(names[i]) + " of: " + usage(*command);
@@ -305,14 +334,15 @@ static bool readLine(std::istream& in, std::string& line) {
     return true;
 }
 
-int runScript(City& city, const std::string& name, std::istream& in, std::ostream& out, std::ostream& err) {
+int runScript(City& city, const std::string& name, std::istream& in, std::ostream& out, std::ostream& err,
+              const ScriptExtras& extras) {
     std::string line;
     std::string answer;
     for (int64_t number = 1; in.good(); number++) {
         if (in.rdbuf()->in_avail() <= 0) out.flush();
         bool understood = readLine(in, line);
         if (understood)
-            understood = runScriptLine(city, line, answer);
+            understood = runScriptLine(city, line, answer, extras);
         else
             answer = "the line is too long";
         if (!understood) {
@@ -321,6 +351,10 @@ int runScript(City& city, const std::string& name, std::istream& in, std::ostrea
             return SCRIPT_REFUSED;
         }
         if (!answer.empty()) out << answer << "\n";
+        if (extras.dayLog && extras.dayLog->failed()) {
+            out.flush();
+            return SCRIPT_OUTPUT_LOST;
+        }
     }
     if (in.bad()) {
         out.flush();

@@ -2,6 +2,7 @@
 // with them, and tests and benchmarks build their cities from them.
 #pragma once
 
+#include "script_values.h"
 #include "sim/city.h"
 
 #include <iosfwd>
@@ -12,17 +13,28 @@
 constexpr int SCRIPT_OUTPUT_LOST = 1; // exit statuses besides 0
 constexpr int SCRIPT_REFUSED = 2;
 
+class DayLog;
+struct ProgressBar;
+
+// What may go with a script.
+struct ScriptExtras {
+    ScriptValues values = {};
+    DayLog* dayLog = nullptr;           // told of every day
+    ProgressBar* progressBar = nullptr; // kept up to date while the script ticks
+};
+
 // The words of a line without its comment, split at blanks and tabs.
 std::vector<std::string_view> scriptWords(std::string_view line);
 
 // Runs one line. True leaves the line to print in `answer`, empty for a line without words; false means that
 // the line is no command, leaves the reason in `answer` and the city as it was.
-bool runScriptLine(City& city, std::string_view line, std::string& answer);
+bool runScriptLine(City& city, std::string_view line, std::string& answer, const ScriptExtras& extras = {});
 
 // Runs every line up to the first that is no command, which it reports to `err` as "NAME:LINE: MESSAGE".
-// Answers the exit status. `out` is flushed whenever the input may keep us waiting, so that another program
-// can hold a conversation through two pipes.
-int runScript(City& city, const std::string& name, std::istream& in, std::ostream& out, std::ostream& err);
+// Answers the exit status. A day log that can take no more ends the run too. `out` is flushed whenever the
+// input may keep us waiting, so that another program can hold a conversation through two pipes.
+int runScript(City& city, const std::string& name, std::istream& in, std::ostream& out, std::ostream& err,
+              const ScriptExtras& extras = {});
 
 // All commands with their arguments, one a line.
 std::string scriptUsage();

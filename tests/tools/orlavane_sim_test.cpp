@@ -90,7 +90,46 @@ TEST(OrlavaneSim, ExplainsItself) {
     EXPECT_EQ(tooMany.err, help.out);
 }
 
+TEST(OrlavaneSim, FillsAScriptAndLogsItsDays) {
+    const TempDir dir;
+    writeText(dir.file("town.txt"), "new {seed}\ntick {days}\n");
+    const std::string csv = dir.file("days.csv");
+    const ProgramRun run =
+        runProgram("--set seed=7 --csv " + csv + " " + dir.file("town.txt") + " --progress --set days=3");
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.out, "new 7\ntick 3\n");
+    EXPECT_EQ(run.err, ""); // no terminal, no bar
+    EXPECT_THAT(readText(csv), HasSubstr("\n1,3,"));
+
+    const ProgramRun broken = runProgram("--set seed=7 --csv " + csv + " " + dir.file("town.txt"));
+    EXPECT_EQ(broken.status, 2);
+    EXPECT_EQ(broken.err, dir.file("town.txt") + ":2: '{days}' has no value\n");
+    EXPECT_THAT(readText(csv), HasSubstr("\n1,3,")); // of the run that reached its end
+}
+
+TEST(OrlavaneSim, RefusesOptionsThatSayNothing) {
+    const std::string usage = runProgram("--help").out;
+    for (const char* arguments : {"--csv", "--set", "- --progress a"}) {
+        const ProgramRun run = runProgram(arguments, "tick 1\n");
+        EXPECT_EQ(run.status, 2) << arguments;
+        EXPECT_EQ(run.out, "") << arguments;
+        EXPECT_EQ(run.err, usage) << arguments;
+    }
+    EXPECT_EQ(runProgram("--set days", "tick 1\n").err,
+              "--set days: is not NAME=VALUE, with a name of letters, digits and _\n");
+    const ProgramRun nowhere = runProgram("--csv /nowhere/days.csv", "tick 1\n");
+    EXPECT_EQ(nowhere.status, 1);
+    EXPECT_EQ(nowhere.out, "");
+    EXPECT_EQ(nowhere.err, "/nowhere/days.csv: cannot be opened\n");
+}
+
 #ifdef __linux__
+TEST(OrlavaneSim, AFullDiskIsSaidSo) {
+    const ProgramRun run = runProgram("--csv /dev/full", "tick 1\n");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.err, "/dev/full: the table cannot be written; is the disk full?\n");
+}
+
 // The program at the other end of two pipes.
 struct Dialogue {
     pid_t pid;
