@@ -1,5 +1,5 @@
-// Where the frames of a film go: into numbered PNG files, or through a pipe into ffmpeg, which makes one file
-// of them. What stood under a film's name is replaced when the new file is whole, and not before.
+// Where the frames of a film go: into numbered PNG files, or through a pipe into ffmpeg, which makes one
+// file of them. What stood under a film's name is replaced when the new file is whole, and not before.
 #pragma once
 
 #include <cstdint>

@@ -35,6 +35,6 @@ struct CellBox {
     int y1 = -1;
 };
 
-// Where the city will stand on a film that shows it every so many days. Plays the script on a city of its own
-// and writes no file: what it saves for itself to load is not seen.
+// Where the city will stand on a film that shows it every so many days. Plays the script on a city of its
+// own and writes no file: what it saves for itself to load is not seen.
 CellBox rehearse(FilmScript script, int64_t daysPerFrame);

@@ -64,7 +64,7 @@ static double valueAt(const FilmSpan& span, const FilmScene& scene, int frame) {
 
 // --- The camera
 
-// Looks at the middle of the box. At a share of 1 a round city as wide as the box fills the picture's height.
+// Looks at the middle of the box. At a share of 1 a round city of its width fills the picture's height.
 static Camera lookAtBox(const CellBox& box, float pitch, float share) {
     Camera camera;
     camera.yaw = START_YAW;
@@ -104,8 +104,8 @@ static RimPush pushFromRim(const FilmStage& stage) {
     return push;
 }
 
-// The whole city, seen as flat as the land around it allows: a flat view reaches far, and past the map's rim
-// it may not. A city that is too near to the rim is seen from nearer.
+// The whole city, seen as flat as the land around it allows: a flat view reaches far, and past the rim of
+// the map it may not. A city that is too near to the rim is seen from nearer.
 static void setUpCamera(FilmStage& stage, const CellBox& box) {
     RimPush push;
     for (const float share : SHARES)

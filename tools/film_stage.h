@@ -35,10 +35,10 @@ struct FilmStage {
 // Nothing but camera, time and overlay, each as it can be read: other keys have no meaning in a film.
 bool isTheStateOfAFilm(const std::string& state);
 
-// Opens the OpenGL context, starts the city as a script finds it and sets up the camera: before `box`, unless
-// the state says where. False with the reason.
+// Opens the OpenGL context, starts the city as a script finds it and sets up the camera: before `box`,
+// unless the state says where. False with the reason.
 bool openStage(FilmStage& stage, const FilmScene& scene, const CellBox& box, std::string& reason);
 
-// Draws the city as it stands into `picture`. The frames come in order, 0 first: the traffic goes on from one
-// to the next.
+// Draws the city as it stands into `picture`. The frames come in order, 0 first: the traffic goes on from
+// one to the next.
 void drawFrame(FilmStage& stage, int frame);
