@@ -287,7 +287,8 @@ static std::string usage(const Command& command) {
            std::string(command.arguments);
 }
 
-bool runScriptLine(City& city, std::string_view line, std::string& answer, const ScriptExtras& extras) {
+// Without a city, only looks whether the line could be run.
+static bool runOrCheck(City* city, std::string_view line, std::string& answer, const ScriptExtras& extras) {
     answer.clear();
     std::string filled;
     std::string unknown;
@@ -317,12 +318,19 @@ bool runScriptLine(City& city, std::string_view line, std::string& answer, const
     }
 
     answer = command->word;
-    command->run(city, arguments, answer);
+    if (city) command->run(*city, arguments, answer);
     return true;
 }
 
-// Reads up to the next line end, without the comment, which may be of any length. False past LINE_LIMIT.
-static bool readLine(std::istream& in, std::string& line) {
+bool runScriptLine(City& city, std::string_view line, std::string& answer, const ScriptExtras& extras) {
+    return runOrCheck(&city, line, answer, extras);
+}
+
+bool checkScriptLine(std::string_view line, std::string& answer) {
+    return runOrCheck(nullptr, line, answer, {});
+}
+
+bool readScriptLine(std::istream& in, std::string& line) {
     line.clear();
     bool inComment = false;
     for (int c = in.get(); c != std::istream::traits_type::eof() && c != '\n'; c = in.get()) {
@@ -340,7 +348,7 @@ int runScript(City& city, const std::string& name, std::istream& in, std::ostrea
     std::string answer;
     for (int64_t number = 1; in.good(); number++) {
         if (in.rdbuf()->in_avail() <= 0) out.flush();
-        bool understood = readLine(in, line);
+        bool understood = readScriptLine(in, line);
         if (understood)
             understood = runScriptLine(city, line, answer, extras);
         else

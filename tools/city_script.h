@@ -30,6 +30,13 @@ std::vector<std::string_view> scriptWords(std::string_view line);
 // the line is no command, leaves the reason in `answer` and the city as it was.
 bool runScriptLine(City& city, std::string_view line, std::string& answer, const ScriptExtras& extras = {});
 
+// Says of a line what runScriptLine would, and changes nothing.
+bool checkScriptLine(std::string_view line, std::string& answer);
+
+// Reads up to the next line end, without the comment, which may be of any length. False for a line that is
+// too long to be a command; its rest is not read.
+bool readScriptLine(std::istream& in, std::string& line);
+
 // Runs every line up to the first that is no command, which it reports to `err` as "NAME:LINE: MESSAGE".
 // Answers the exit status. A day log that can take no more ends the run too. `out` is flushed whenever the
 // input may keep us waiting, so that another program can hold a conversation through two pipes.

@@ -318,3 +318,20 @@ TEST(CityScript, OutputThatCannotBeWrittenIsNoticed) {
     EXPECT_EQ(runScript(city, "x", in, out, err), SCRIPT_OUTPUT_LOST);
     EXPECT_EQ(err.str(), "x: the output cannot be written\n");
 }
+
+TEST(CityScript, ALineIsCheckedWithoutBeingRun) {
+    const TempDir dir;
+    std::string checked;
+    for (const std::string& line :
+         {"save " + dir.file("city"), std::string("tick 1"), std::string("  # no words")})
+        EXPECT_TRUE(checkScriptLine(line, checked)) << line;
+    EXPECT_FALSE(std::filesystem::exists(dir.file("city")));
+
+    City city = flatCity();
+    for (const char* line : {"fly", "tick", "tick x", "tick -1", "new 4294967296", "build 1 1 14"}) {
+        std::string run;
+        EXPECT_FALSE(runScriptLine(city, line, run));
+        EXPECT_FALSE(checkScriptLine(line, checked));
+        EXPECT_EQ(checked, run);
+    }
+}

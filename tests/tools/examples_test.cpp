@@ -42,7 +42,7 @@ TEST(Examples, EveryScriptHasItsTest) {
     std::set<std::string> names;
     for (const auto& entry : std::filesystem::directory_iterator(ORLAVANE_EXAMPLES))
         names.insert(entry.path().filename().string());
-    EXPECT_EQ(names, (std::set<std::string>{"bankruptcy.txt", "demo.txt", "metropolis.txt"}));
+    EXPECT_EQ(names, (std::set<std::string>{"bankruptcy.txt", "demo.txt", "lakeside.txt", "metropolis.txt"}));
 }
 
 TEST(Examples, TheDemoCityLivesAfterSixtyDays) {
@@ -89,4 +89,16 @@ TEST(Examples, TheMetropolisNeedsNoGiftAndLivesOnAfterItsMissions) {
     EXPECT_LT(won["day"], 365 / 2);
     EXPECT_EQ(later["day"], won["day"] + 100);
     EXPECT_GE(later["population"], won["population"]);
+}
+
+TEST(Examples, TheCityByTheLakeGrowsUpWithoutARefusal) {
+    const Example lakeside = runExample("lakeside.txt");
+    EXPECT_EQ(lakeside.run.out.find("false"), std::string::npos);
+    ASSERT_EQ(lakeside.stats.size(), 1u);
+    EXPECT_GT(lakeside.stats[0]["population"], 5000);
+    EXPECT_GT(lakeside.stats[0]["workingParks"], 20);
+    int towers = 0;
+    for (const Building& building : lakeside.city.buildings)
+        towers += building.kind == KIND_OFFICE_TOWER && building.level == 3;
+    EXPECT_GE(towers, 10);
 }
