@@ -1,11 +1,8 @@
-// Pictures as the files in which desktops look for icons.
+// Pictures as the file in which Windows looks for icons.
 #pragma once
 
 #include <cstdint>
 #include <vector>
-
-// A PNG file of `size` by `size` pixels: red, green, blue, alpha, row by row from the top.
-std::vector<uint8_t> encodePng(int size, const std::vector<uint8_t>& pixels);
 
 struct IconPicture {
     int size; // pixels, up to 256

@@ -1,5 +1,6 @@
 // make-icons FOLDER: paints the logo into the icon files of a release.
 #include "icon_files.h"
+#include "png_file.h"
 #include "ui/logo.h"
 
 #include <cstdio>
@@ -7,12 +8,10 @@
 
 constexpr int ICON_SIZES[] = {16, 32, 48, 64, 128, 256};
 
-static bool writeFile(const std::string& path, const std::vector<uint8_t>& bytes) {
-    std::FILE* file = std::fopen(path.c_str(), "wb");
-    const bool written = file && std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
-    const bool closed = file && std::fclose(file) == 0;
-    if (!written || !closed) std::fprintf(stderr, "make-icons: cannot write %s\n", path.c_str());
-    return written && closed;
+static bool save(const std::string& path, const std::vector<uint8_t>& bytes) {
+    const bool written = writeFile(path, bytes);
+    if (!written) std::fprintf(stderr, "make-icons: cannot write %s\n", path.c_str());
+    return written;
 }
 
 int main(int argc, char** argv) {
@@ -25,8 +24,8 @@ int main(int argc, char** argv) {
     for (const int size : ICON_SIZES) {
         std::vector<uint8_t> pixels;
         paintLogo(size, pixels);
-        pictures.push_back({size, encodePng(size, pixels)});
-        if (!writeFile(stem + "-" + std::to_string(size) + ".png", pictures.back().png)) return 1;
+        pictures.push_back({size, encodePng(size, size, 4, pixels)});
+        if (!save(stem + "-" + std::to_string(size) + ".png", pictures.back().png)) return 1;
     }
-    return writeFile(stem + ".ico", encodeIco(pictures)) ? 0 : 1;
+    return save(stem + ".ico", encodeIco(pictures)) ? 0 : 1;
 }
