@@ -148,7 +148,11 @@ class Entries(unittest.TestCase):
         self.assertEqual(root.findtext("launchable"), os.path.basename(DESKTOP))
         self.assertEqual(root.findtext("provides/binary"), desktop_entry()["Exec"])
         self.assertEqual(root.findtext("project_license"), contents(SOURCE, "LICENSE").decode().split()[0])
-        self.assertTrue(all(shot.findtext("caption") for shot in root.findall("screenshots/screenshot")))
+        for shot in root.findall("screenshots/screenshot"):
+            self.assertTrue(shot.findtext("caption"))
+            image = shot.find("image")
+            picture = contents(SOURCE, "docs", "pictures", os.path.basename(image.text))
+            self.assertEqual(struct.unpack_from(">II", picture, 16), (int(image.get("width")), int(image.get("height"))))
         for needed in ["url", "content_rating", "screenshots/screenshot/image"]:
             self.assertIsNotNone(root.find(needed), needed)
         checked = subprocess.run(["appstreamcli", "validate", "--strict", "--no-net", METAINFO],

@@ -33,7 +33,7 @@ def tiny_program():
 
 
 # What a stand-in makes tells what it was given.
-SAYS = ('echo "says $(git rev-parse HEAD) $SOURCE_DATE_EPOCH $CXXFLAGS $(ls build)" '
+SAYS = ('echo "says $(git rev-parse HEAD) $SOURCE_DATE_EPOCH $CXXFLAGS $(find . -name rubbish -printf %f)" '
         '$(grep -h "^ORLAVANE" build/{}/CMakeCache.txt) | sed "s|$PWD|HERE|g"')
 STAND_INS = {
     "setup": "echo set-up $1",
