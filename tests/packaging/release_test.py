@@ -104,17 +104,17 @@ class Release(unittest.TestCase):
         cls.git("commit", "-q", "-m", "all")
 
     @classmethod
-    def run_script(cls, name, *arguments, repository=None, **environment):
+    def run_script(cls, name, *arguments, repository=None, output=None, **environment):
         clean = {key: value for key, value in os.environ.items() if not key.startswith("ORLAVANE_SIGN")}
         return subprocess.run([os.path.join(repository or cls.repository, "scripts", name), *arguments],
-                              capture_output=True, text=True, timeout=60,
+                              stdout=output or subprocess.PIPE, stderr=output or subprocess.PIPE, text=True, timeout=100,
                               env={**clean, "MAKE_MANIFEST": MAKE_MANIFEST, "TINY_PROGRAM": cls.program, **environment})
 
     @classmethod
     def release(cls, name, **more):
         folder = os.path.join(cls.folder, name)
         result = cls.run_script("release", ADDRESS, folder, **more)
-        assert result.returncode == 0, result.stdout + result.stderr
+        assert result.returncode == 0, (result.stdout, result.stderr)
         return folder
 
     def test_a_release_is_all_its_files_and_their_sums(self):
@@ -141,6 +141,14 @@ class Release(unittest.TestCase):
         with tarfile.open(os.path.join(self.plain, "orlavane-1.2.tar.gz")) as archive:
             names = [member.name for member in archive if member.isfile()]
         self.assertEqual(sorted(names), sorted("orlavane-1.2/" + name for name in self.git("ls-files").splitlines()))
+
+    def test_what_it_says_is_kept_in_a_file_too(self):
+        path = os.path.join(self.folder, "log")
+        with open(path, "w") as log:
+            self.release("logged", output=log)
+        said = read(path).decode().splitlines()
+        steps = ["set-up release", "== source", "== scripts/package-windows-setup", "much", "== signature and manifests"]
+        self.assertEqual([line for line in said if line in steps], steps)
 
     def test_another_place_gives_the_same_bytes_signed_too(self):
         elsewhere = os.path.join(self.folder, "elsewhere", "a longer name")
