@@ -22,8 +22,9 @@ TEST(GameFolder, IsCalledOrlavaneExactly) {
     for (const char* path :
          {"C:\\Games\\Orlavane\\", "C:/Games/Orlavane", "C:/Orlavane//\\/", "Orlavane", "/Orlavane"})
         EXPECT_TRUE(isGameFolder(path, "/\\")) << path;
-    for (const char* path : {"C:/Games/orlavane/", "C:/Orlavane2", "C:/Orlavane-setup/", "C:/Orlavane/bin/",
-                             "./", "", "/", "C:/ Orlavane", "C:/Orlavane ", "C:/MyOrlavane", "C:Orlavane"})
+    for (const char* path :
+         {"C:/Games/orlavane/", "C:/Orlavane2", "C:/Orlavane-setup/", "C:/Orlavane/bin/", "./", "", "/",
+          "/usr/lib/games/orlavane/", "C:/ Orlavane", "C:/Orlavane ", "C:/MyOrlavane", "C:Orlavane"})
         EXPECT_FALSE(isGameFolder(path, "/\\")) << path;
 }
 
