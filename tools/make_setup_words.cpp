@@ -1,6 +1,7 @@
 // make-setup-words FORM: writes the words of the set-up program, in all languages, as the set-up program of a
 // system reads them:
 //   nsis  a LangString for each text and language, "%s" and its like as the variable $WordArgument
+//   sh    a function that sets a variable for each text, for printf
 #include "ui/languages.h"
 #include "ui/strings.h"
 
@@ -98,6 +99,31 @@ static void writeForNsis() {
     }
 }
 
+// --- sh
+
+// In single quotes nothing is special to a shell but the single quote itself.
+static std::string quotedForShell(const char* text) {
+    std::string quoted = "'";
+    for (; *text; text++) quoted += *text == '\'' ? std::string("'\\''") : std::string(1, *text);
+    return quoted + "'";
+}
+
+// The function takes a language's number in the game's settings, or the name of a locale; English comes last,
+// for all others.
+static void writeForShell() {
+    std::printf("speak() {\n    case $1 in\n");
+    for (int i = 1; i <= LANGUAGE_COUNT; i++) {
+        const int language = i % LANGUAGE_COUNT;
+        const char* code = languageAt(language).code;
+        if (language != 0) std::printf("    %d | %s | %s[_.@-]*)\n", language, code, code);
+        if (language == 0) std::printf("    *)\n");
+        for (const Word& word : WORDS)
+            std::printf("        WORD_%s=%s\n", word.name, quotedForShell(textOf(word, language)).c_str());
+        std::printf("        ;;\n");
+    }
+    std::printf("    esac\n}\n");
+}
+
 // --- Forms
 
 struct Form {
@@ -107,6 +133,7 @@ struct Form {
 
 static constexpr Form FORMS[] = {
     {"nsis", writeForNsis},
+    {"sh", writeForShell},
 };
 
 int main(int argc, char** argv) {

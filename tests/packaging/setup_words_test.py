@@ -37,6 +37,25 @@ class SetupWords(unittest.TestCase):
         self.assertEqual(texts["DISK_FULL", "Japanese"][:15], "$WordArgumentをコ")
         self.assertIn('$\\"التالي$\\"', texts["START_HINT", "Arabic"])
 
+    def speak(self, language, *names):
+        """What a shell has in its variables in that language."""
+        script = words("sh") + 'speak "$1"; shift\nfor name; do eval "printf \'%s\\n\' \\"\\$WORD_$name\\""; done'
+        return subprocess.run(["/bin/sh", "-euc", script, "sh", language, *names], capture_output=True, timeout=60,
+                              check=True).stdout.decode().splitlines()
+
+    def test_sh_speaks_each_language_by_number_and_by_name(self):
+        names = ["BACK", "FAILED", "DISK_FULL", "CLOSE_GAME"]
+        codes = ["en", "pl", "pt", "es", "de", "fr", "it", "ru", "uk", "tr", "zh", "ja", "ar", "hi"]
+        spoken = [self.speak(str(number), *names) for number in range(LANGUAGES)]
+        self.assertEqual(len({tuple(texts) for texts in spoken}), LANGUAGES)
+        for code, texts in zip(codes, spoken):
+            for name in (code, code + "_XX.UTF-8", code + ".utf8", code + "@euro"):
+                self.assertEqual(self.speak(name, *names), texts, name)
+        for unknown in ("", "C", "C.UTF-8", "POSIX", "14", "44", "-1", "dex_DE", "nl_NL.UTF-8"):
+            self.assertEqual(self.speak(unknown, *names), spoken[0], unknown)
+
+        self.assertEqual(self.speak("de_DE.UTF-8", "BACK", "SPACE_NEEDED"), ["Zurück", "Benötigter Platz: etwa %.1f\u00a0MB"])
+
     def test_another_form_is_refused(self):
         for arguments in ([], ["rtf"], ["nsis", "more"]):
             refused = make_setup_words(*arguments)
