@@ -4,7 +4,7 @@ import shutil
 import signal
 import unittest
 
-from tiny_setups import SetupTest, contents
+from tiny_setups import NO_ROOM, SetupTest, contents
 
 # All that it changes files with. Before each one the shell under test may be cut off.
 TOOLS = ("mkdir", "tar", "cat", "chmod", "sync", "mv", "ln", "rm", "rmdir")
@@ -16,6 +16,7 @@ read -r a b c d group rest <"/proc/$$/stat"
 [ "$number" != "$CUT_AT" ] || {command}
 exec /usr/bin/"${{0##*/}}" "$@"
 """
+NO_SPACE = "echo 0\n"
 ALL_AT_ONCE, ASKED_TO_END = 'kill -9 "-$group"', 'kill -15 "$group"'
 
 
@@ -24,15 +25,26 @@ class CutOff(SetupTest):
         super().setUp()
         self.versions = {"0.2": self.version_of(self.old), "0.3": self.version_of(self.new)}
 
-    def cut_off(self, command, step, setup):
-        """Runs the set-up, with the command before that step: its exit status, and whether there was such a step."""
-        for name in TOOLS:
-            self.tool(name, SHIM.format(command=command))
-        self.write("count", "0\n")
-        status = self.run_setup(setup, "--silent", CUT_AT=str(step))
+    def use(self, tools):
+        """Those and no others before the system's."""
         shutil.rmtree(self.tools)
         os.mkdir(self.tools)
+        for name, text in tools.items():
+            self.tool(name, text)
+
+    def cut_off(self, command, step, setup, **tools):
+        """Runs the set-up, with the command before that step: its exit status, and whether there was such a step."""
+        self.use({**{name: SHIM.format(command=command) for name in TOOLS}, **tools})
+        self.write("count", "0\n")
+        status = self.run_setup(setup, "--silent", CUT_AT=str(step))
+        self.use({})
         return status, int(self.read("count")) >= step
+
+    def heal_alone(self):
+        """By a run that changes nothing else: it finds no room."""
+        self.use({"df": NO_SPACE})
+        self.assertEqual(self.run_setup(self.old, "--silent"), NO_ROOM, self.errors)
+        self.use({})
 
     def whole_program(self):
         """The version whose program lies there with all its libraries; None without a program."""
@@ -47,11 +59,12 @@ class CutOff(SetupTest):
         return version
 
     def steps(self):
-        """One after the other, each from what there is now."""
+        """One after the other, each from what there was before the first."""
         kept = [os.path.join(self.home, name) for name in (".local", "Desktop")]
         for path in kept:
             os.makedirs(path, exist_ok=True)
-            shutil.copytree(path, path + ".kept")
+            if not os.path.exists(path + ".kept"):
+                shutil.copytree(path, path + ".kept")
         for step in range(1, 100):
             for path in kept:
                 shutil.rmtree(path)
@@ -67,15 +80,33 @@ class CutOff(SetupTest):
             status, reached = self.cut_off(ALL_AT_ONCE, step, self.new)
             self.assertEqual(status, -signal.SIGKILL if reached else 0, self.errors)
             seen.append(self.whole_program())
-            self.install_quietly(self.old if step % 2 else self.new)  # back, or forward
+            self.heal_alone()
             files = contents(self.folder)
             self.assertIsNotNone(files.pop("music1.mp3", None))
-            self.assertEqual(files, self.versions["0.2" if step % 2 else "0.3"], f"step {step}")
+            self.assertEqual(files, self.versions[seen[-1]], f"step {step}")
             if not reached:
                 break
         self.assertEqual(seen, sorted(seen))
         self.assertEqual(set(seen), {"0.2", "0.3"})
         self.assertGreater(len(seen), 15)
+
+    def test_the_healing_may_be_cut_off_too(self):
+        """After an update that was cut off just before its moment, and just after it."""
+        self.install_quietly(self.old)
+        for moment in self.steps():
+            self.cut_off(ALL_AT_ONCE, moment, self.new)
+            if self.whole_program() == "0.3":
+                break
+        for unfinished in (moment - 1, moment):
+            for step in self.steps():
+                self.cut_off(ALL_AT_ONCE, unfinished, self.new)
+                version = self.whole_program()
+                reached = self.cut_off(ALL_AT_ONCE, step, self.old, df=NO_SPACE)[1]
+                self.assertEqual(self.whole_program(), version)
+                self.heal_alone()
+                self.assertEqual(contents(self.folder), self.versions[version], f"step {step}")
+                if not reached:
+                    break
 
     def test_a_first_set_up_is_healed_by_the_next(self):
         seen = []
@@ -83,9 +114,10 @@ class CutOff(SetupTest):
             status, reached = self.cut_off(ALL_AT_ONCE, step, self.new)
             self.assertEqual(status, -signal.SIGKILL if reached else 0, self.errors)
             seen.append(self.whole_program() is not None)
-            self.install_quietly(self.new)
-            self.assertEqual(contents(self.folder), self.versions["0.3"], f"step {step}")
-            self.assertTrue(os.path.exists(self.menu_entry) and os.path.exists(self.desktop_entry))
+            if step % 3 == 0:  # most of what it leaves is the same
+                self.install_quietly(self.new)
+                self.assertEqual(contents(self.folder), self.versions["0.3"], f"step {step}")
+                self.assertTrue(os.path.exists(self.menu_entry) and os.path.exists(self.desktop_entry))
             if not reached:
                 break
         self.assertEqual(seen, sorted(seen))
