@@ -53,7 +53,7 @@ class CutOff(SetupTest):
             return None
         version, = [name for name, files in self.versions.items() if files["Orlavane"] == found["Orlavane"]]
         files = self.versions[version]
-        libraries = {name: file for name, file in files.items() if name.startswith("lib-")}
+        libraries = {name: file for name, file in files.items() if name.startswith("orlavane-lib-")}
         self.assertGreater(len(libraries), 2)
         self.assertEqual({name: found.get(name) for name in libraries}, libraries)
         return version

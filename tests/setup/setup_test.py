@@ -26,7 +26,7 @@ class FirstSetup(SetupTest):
         self.assertEqual(self.output, f"Orlavane is installed\nThe game files were copied to:\n{self.folder}\n")
         self.expect_start("1")
         files = contents(self.folder)
-        libraries = {name.split("/")[0] for name in files if name.startswith("lib-")}
+        libraries = {name.split("/")[0] for name in files if name.startswith("orlavane-lib-")}
         self.assertEqual(len(libraries), 1)
         self.assertEqual({name for name in files if "/" not in name},
                          {"Orlavane", "Orlavane-setup.exe", "licences.txt", "orlavane.png"})
@@ -45,7 +45,7 @@ class FirstSetup(SetupTest):
     def test_the_program_takes_the_libraries_beside_it_and_their_terms_lie_there(self):
         self.install_quietly(self.new)
         found = subprocess.run(["ldd", os.path.join(self.folder, "Orlavane")], capture_output=True, text=True).stdout
-        carried = [name for name in contents(self.folder) if name.startswith("lib-")]
+        carried = [name for name in contents(self.folder) if name.startswith("orlavane-lib-")]
         self.assertEqual({os.path.basename(name) for name in carried},
                          {"libSDL2-2.0.so.0", "libSDL2_ttf-2.0.so.0", "libXss.so.1", "libdecor-0.so.0",
                           "libsamplerate.so.0"})
@@ -80,6 +80,8 @@ class FirstSetup(SetupTest):
         self.expect_start("1", f"{self.home}/{ODD_NAME}/Orlavane")
 
     def test_a_home_that_is_none_is_looked_up(self):
+        self.tool("getent", "exit 2\n")
+        self.assertEqual(self.run_setup(self.old, HOME=None), NO_FOLDER)
         self.tool("getent", f"echo \"player:x:1:1::{self.home}:/bin/sh\"\n")
         for odd in (None, "", "relative"):
             self.install_quietly(self.old, HOME=odd)
@@ -115,7 +117,7 @@ class Update(SetupTest):
         self.install_quietly(self.old)
 
     def test_the_new_version_takes_the_place_of_the_old_one_and_what_is_the_players_stays(self):
-        kept = {name: self.write(".local/lib/Orlavane/" + name, name) for name in ("music1.mp3", "maps/a", "lib-mine")}
+        kept = {name: self.write(".local/lib/Orlavane/" + name, name) for name in ("music1.mp3", "maps/a", "lib-0123456789ab/a")}
         self.install(self.new, ORLAVANE_FOLDER=self.folder + "/")  # as the game says it
         self.expect_start("2")
         files = contents(self.folder)
@@ -152,7 +154,7 @@ class Update(SetupTest):
     def test_a_broken_library_is_mended(self):
         files = contents(self.folder)
         for name in files:
-            if name.startswith("lib-"):
+            if name.startswith("orlavane-lib-"):
                 self.write(".local/lib/Orlavane/" + name, "broken")
         self.install_quietly(self.old)
         self.assertEqual(contents(self.folder), files)
