@@ -4,7 +4,7 @@ import shutil
 import signal
 import unittest
 
-from tiny_setups import NO_ROOM, SetupTest, contents
+from tiny_setups import NO_ROOM, NOT_WRITTEN, SetupTest, contents
 
 # All that it changes files with. Before each one the shell under test may be cut off.
 TOOLS = ("mkdir", "tar", "cat", "chmod", "sync", "mv", "ln", "rm", "rmdir")
@@ -107,6 +107,21 @@ class CutOff(SetupTest):
                 self.assertEqual(contents(self.folder), self.versions[version], f"step {step}")
                 if not reached:
                     break
+
+    def test_the_way_back_may_be_cut_off_too(self):
+        """After the program has gone its way, the set-up meets a folder where no other file can follow."""
+        self.install_quietly(self.old)
+        os.remove(os.path.join(self.folder, "licences.txt"))
+        self.write(".local/lib/Orlavane/licences.txt/mine", "mine")
+        before = contents(self.folder)
+        for step in self.steps():
+            status, reached = self.cut_off(ALL_AT_ONCE, step, self.new)
+            self.assertEqual(status, -signal.SIGKILL if reached else NOT_WRITTEN, self.errors)
+            self.assertIsNotNone(self.whole_program(), f"step {step}")
+            self.heal_alone()
+            self.assertEqual(contents(self.folder), before, f"step {step}")
+            if not reached:
+                break
 
     def test_a_first_set_up_is_healed_by_the_next(self):
         seen = []

@@ -2,7 +2,6 @@
 import configparser
 import os
 import shutil
-import stat
 import subprocess
 import unittest
 
@@ -167,6 +166,14 @@ class Update(SetupTest):
             if name.startswith("orlavane-lib-"):
                 self.write(".local/lib/Orlavane/" + name, "broken")
         self.install_quietly(self.old)
+        self.assertEqual(contents(self.folder), files)
+
+    def test_a_game_without_its_program_is_mended(self):
+        files = contents(self.folder)
+        self.write(".local/lib/Orlavane/music1.mp3")
+        os.remove(os.path.join(self.folder, "Orlavane"))
+        self.install_quietly(self.old)
+        os.remove(os.path.join(self.folder, "music1.mp3"))
         self.assertEqual(contents(self.folder), files)
 
     def test_the_fetched_set_up_may_be_deleted_while_it_works(self):
