@@ -11,6 +11,8 @@
 // which build this is.
 constexpr const char* INSTALLED_SETUP = "Orlavane-setup.exe";
 constexpr const char* FETCHED_SETUP = "Orlavane-setup-update.exe";
+// Tells the setup program which folder to update; a player may have chosen any.
+constexpr const char* FOLDER_VARIABLE = "ORLAVANE_FOLDER";
 
 // --- Starting a task
 
@@ -44,6 +46,8 @@ void updateStartCheck(App& app) {
     startTask(app, task);
 }
 
+void deleteFinishedUpdate() { deleteTemporaryFile(FETCHED_SETUP); }
+
 void updateStartDownload(App& app) {
     if (app.updateState != UPDATE_NEWER) return;
     app.updateState = UPDATE_DOWNLOADING;
@@ -75,6 +79,7 @@ static void finishCheck(App& app, const UpdateTask& task) {
 
 // The setup program replaces the running files, and brings the game up again.
 static void finishDownload(App& app, const UpdateTask& task) {
+    setEnvironmentVariable(FOLDER_VARIABLE, app.exeDir);
     if (task.ok && shellOpen(task.destPath, false))
         app.quitRequested = true;
     else
