@@ -48,6 +48,7 @@ bool appInit(App& app, const std::string& prefPath, std::string& error) {
     app.exePath = app.exeDir + EXECUTABLE_NAME;
     app.screen = SCREEN_LAUNCHER;
     app.initialised = true;
+    deleteFinishedUpdate();
     updateStartCheck(app);
     return true;
 }

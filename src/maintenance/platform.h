@@ -17,6 +17,12 @@ extern const char* const PATH_SEPARATORS;
 // that is the player's alone and is made for it. Empty if there can be none.
 std::string temporaryPath(const std::string& name);
 
+// Deletes the file of that name in the temporary folder, if one is there. No folder is made for it.
+void deleteTemporaryFile(const std::string& name);
+
+// For the programs that are started from now on.
+void setEnvironmentVariable(const char* name, const std::string& value);
+
 // Opens a new file for writing, in place of an earlier file or link but of nothing else. What stood there is
 // removed and not written through, so that nobody can have laid a link or kept the file open. nullptr on
 // failure.

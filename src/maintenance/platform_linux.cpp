@@ -40,11 +40,15 @@ static bool isOwnFolder(const std::string& path) {
            (status.st_mode & 07777) == 0700;
 }
 
+static std::string usualTemporaryFolder() {
+    const std::string shared = variable("TMPDIR");
+    return (shared.empty() ? "/tmp" : shared) + "/orlavane-" + std::to_string(geteuid());
+}
+
 // A folder that nobody else can read or write, always the same one if it can be had. Whatever another user
 // has put in its place, there is a name that is free. Empty if there is no room for a folder.
 static std::string ownTemporaryFolder() {
-    const std::string shared = variable("TMPDIR");
-    std::string path = (shared.empty() ? "/tmp" : shared) + "/orlavane-" + std::to_string(geteuid());
+    std::string path = usualTemporaryFolder();
     if (mkdir(path.c_str(), 0700) == 0 || isOwnFolder(path)) return path;
     path += "-XXXXXX";
     return mkdtemp(path.data()) ? path : "";
@@ -54,6 +58,14 @@ std::string temporaryPath(const std::string& name) {
     const std::string folder = ownTemporaryFolder();
     return folder.empty() ? "" : folder + "/" + name;
 }
+
+// What lies under a longer name, because somebody else had taken the usual one, is not found again.
+void deleteTemporaryFile(const std::string& name) {
+    const std::string folder = usualTemporaryFolder();
+    if (isOwnFolder(folder)) deleteFile(folder + "/" + name);
+}
+
+void setEnvironmentVariable(const char* name, const std::string& value) { setenv(name, value.c_str(), 1); }
 
 std::FILE* createFile(const std::string& path) {
     deleteFile(path);

@@ -66,6 +66,12 @@ static std::string temporaryFolder() {
 
 std::string temporaryPath(const std::string& name) { return temporaryFolder() + "\\" + name; }
 
+void deleteTemporaryFile(const std::string& name) { deleteFile(temporaryPath(name)); }
+
+void setEnvironmentVariable(const char* name, const std::string& value) {
+    SetEnvironmentVariableW(nativePath(name).c_str(), nativePath(value).c_str());
+}
+
 std::FILE* createFile(const std::string& path) {
     deleteFile(path);
     return _wfopen(nativePath(path).c_str(), L"wb");

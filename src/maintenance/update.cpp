@@ -14,6 +14,8 @@
 // which build this is.
 constexpr const char* INSTALLED_SETUP = "Orlavane-setup.exe";
 constexpr const char* FETCHED_SETUP = "Orlavane-setup-update.exe";
+// Tells the setup program which folder to update; a player may have chosen any.
+constexpr const char* FOLDER_VARIABLE = "ORLAVANE_FOLDER";
 
 // --- The worker
 // ------------------------------------------------------------------------------------------------
@@ -80,6 +82,8 @@ void updateStartCheck(App& app) {
     startTask(app, task);
 }
 
+void deleteFinishedUpdate() { deleteTemporaryFile(FETCHED_SETUP); }
+
 std::string urlFolder(const std::string& url) { return url.substr(0, url.rfind('/') + 1); }
 
 void updateStartDownload(App& app) {
@@ -120,6 +124,7 @@ static void finishCheck(App& app, const UpdateTask& task) {
 
 // The setup program replaces the running files, and brings the game up again.
 static void finishDownload(App& app, const UpdateTask& task) {
+    setEnvironmentVariable(FOLDER_VARIABLE, app.exeDir);
     if (task.ok && shellOpen(task.destPath, false))
         app.quitRequested = true;
     else

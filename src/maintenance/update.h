@@ -46,6 +46,8 @@ struct UpdateTask {
 void updateStartCheck(App& app);
 // Does nothing unless a newer build has been found.
 void updateStartDownload(App& app);
+// At the start: the setup program that brought this build has done its work, or could not.
+void deleteFinishedUpdate();
 // Once a frame: takes up the result of a task that is done. A download that proved right is started, and the
 // game asked to end.
 void updatePoll(App& app);

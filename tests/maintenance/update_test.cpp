@@ -106,6 +106,26 @@ TEST_F(UpdateClient, ABuildWithoutAServerStartsNothing) {
     EXPECT_EQ(app.updateState, UPDATE_UNCONFIGURED);
 }
 
+TEST_F(UpdateClient, AFinishedUpdateIsThrownAwayAndNothingElse) {
+    deleteFinishedUpdate();
+    EXPECT_FALSE(fileExists(fetchedFolder)); // none is made only to look into it
+
+    ASSERT_EQ(mkdir(fetchedFolder.c_str(), 0700), 0);
+    writeText(fetched, "an update");
+    writeText(fetchedFolder + "/other", "");
+    deleteFinishedUpdate();
+    EXPECT_FALSE(fileExists(fetched));
+    EXPECT_TRUE(fileExists(fetchedFolder + "/other"));
+}
+
+TEST_F(UpdateClient, AFolderThatOthersMayWriteInIsNotLookedInto) {
+    fs::create_directory(fetchedFolder);
+    fs::permissions(fetchedFolder, fs::perms(0777));
+    writeText(fetched, "somebody's");
+    deleteFinishedUpdate();
+    EXPECT_TRUE(fileExists(fetched));
+}
+
 TEST_F(UpdateClient, TheButtonRestsWhileThereIsNothingToPressItFor) {
     for (const UpdateState state : {UPDATE_UNCONFIGURED, UPDATE_CHECKING, UPDATE_DOWNLOADING})
         EXPECT_FALSE(canPressUpdate(state)) << state;
@@ -165,7 +185,8 @@ protected:
     }
 
     WebServer server;
-    std::string setup = "#!/bin/sh\ntouch '" + dir.file("started") + "'\n";
+    std::string setup = "#!/bin/sh\nprintf %s \"$ORLAVANE_FOLDER\" >'" + dir.file("new") + "'\nmv '" +
+                        dir.file("new") + "' '" + dir.file("started") + "'\n";
 };
 
 TEST_F(Update, ACheckRunsOnAThreadOfItsOwn) {
@@ -275,7 +296,7 @@ TEST_F(Update, ADownloadIsProvedStartedAndEndsTheGame) {
     EXPECT_EQ(app.updateTask, nullptr);
     EXPECT_EQ(readText(fetched), setup);
     for (int i = 0; i < 2000 && !fileExists(dir.file("started")); i++) aMoment();
-    EXPECT_TRUE(fileExists(dir.file("started")));
+    EXPECT_EQ(readText(dir.file("started")), app.exeDir); // the folder that it is to update
 }
 
 TEST_F(Update, AHashThatDiffersByOneDigitFailsAndTheFileIsGone) {

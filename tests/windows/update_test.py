@@ -6,7 +6,7 @@ import subprocess
 import sys
 import unittest
 
-from windows_game import BIN, HERE, WindowsTest, driver, is_golden, press, wait_until
+from windows_game import BIN, HERE, WindowsTest, driver, is_golden, press, wait_until, windows_path
 from mouse import LAUNCHER
 
 SERVER = os.path.join(HERE, "../maintenance/odd_server.py")
@@ -43,6 +43,13 @@ class Update(WindowsTest):
         return driver.Game(self.screen, program=PROGRAM,
                            TEST_MANIFEST_URL=f"http://127.0.0.1:{self.read('port')}/manifest.json")
 
+    def told_folder(self):
+        """The folder that the setup program was told to update."""
+        if not os.path.exists(self.fetched + ".started"):
+            return None
+        with open(self.fetched + ".started", encoding="utf-16-le") as file:
+            return file.read()
+
     def test_a_newer_setup_program_is_fetched_proved_and_started(self):
         setup = self.publish()
         with self.start() as game:
@@ -50,12 +57,15 @@ class Update(WindowsTest):
             self.assertEqual(game.process.wait(120), 0)
         with open(self.fetched, "rb") as file:
             self.assertEqual(file.read(), setup)
-        wait_until(lambda: os.path.exists(self.fetched + ".started"), "the setup program was not started")
+        wait_until(lambda: self.told_folder() == windows_path(BIN) + "\\", "the setup program was not started")
         self.assertRegex(self.read("requests"), r"GET /setup.exe HTTP/1.1\n(.+\n)*User-Agent: Orlavane\n")
 
     def test_a_setup_program_of_another_hash_is_thrown_away(self):
         self.publish("0" * 64)
+        with open(self.fetched, "w") as file:
+            file.write("an update that is done")
         with self.start() as game:
+            wait_until(lambda: not os.path.exists(self.fetched), "the finished update stays")
             press(game, LAUNCHER["update"], is_golden)
             wait_until(lambda: "GET /setup.exe" in self.read("requests"), "nothing was fetched")
             press(game, LAUNCHER["update"])  # which is grey until the hash was seen to be another
