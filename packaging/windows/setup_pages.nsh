@@ -33,6 +33,14 @@ Function ShowLicense
     ; WS_EX_RIGHT, WS_EX_RTLREADING, WS_EX_LEFTSCROLLBAR and WS_EX_LAYOUTRTL
     IntOp $0 $0 & 0xFFBF8FFF
     System::Call 'user32::SetWindowLongPtrW(p $mui.LicensePage.LicenseText, i ${GWL_EXSTYLE}, p r0)'
+    ; It gets the room of the two texts around it, which say nothing.
+    ShowWindow $mui.LicensePage.TopText ${SW_HIDE}
+    ShowWindow $mui.LicensePage.Text ${SW_HIDE}
+    System::Call 'user32::GetClientRect(p $mui.LicensePage, @ r1)'
+    System::Call '*$1(i, i, i .r2, i .r3)'
+    IntOp $3 $3 * 85
+    IntOp $3 $3 / 100
+    System::Call 'user32::MoveWindow(p $mui.LicensePage.LicenseText, i 0, i 0, i r2, i r3, i 1)'
 FunctionEnd
 
 Function ShowLocation
