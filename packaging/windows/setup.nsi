@@ -51,7 +51,6 @@ VIAddVersionKey /LANG=0 "FileVersion" "${VERSION}"
 Var IsUpdate     ; 1 in a set-up program that the game has fetched and started
 Var Failure      ; an exit code
 Var FailureText  ; what the player reads about it
-Var Parameters
 Var Patience     ; tenths of a second
 Var DesktopLink
 Var MenuLink
@@ -200,6 +199,42 @@ FunctionEnd
 !include "${REPOSITORY}/packaging/windows/setup_place.nsh"
 !include "${REPOSITORY}/packaging/windows/setup_pages.nsh"
 
+; $1: "/NAME="; $0: the value, which may stand in quotes, with the name or without; empty if the option is not given.
+Function ReadOption
+    StrLen $2 $1
+    ${GetParameters} $0
+    StrCpy $4 " "
+    ${Do} ; to the begin of the value; $4 is what stands before the name
+        ${If} $0 == ""
+            Return
+        ${EndIf}
+        StrCpy $3 $0 $2
+        ${If} $3 == $1
+            StrCpy $0 $0 "" $2
+            ${Break}
+        ${EndIf}
+        StrCpy $4 $0 1
+        StrCpy $0 $0 "" 1
+    ${Loop}
+    StrCpy $3 $0 1
+    ${If} $3 == '"'
+        StrCpy $4 '"'
+        StrCpy $0 $0 "" 1
+    ${ElseIf} $4 != '"'
+        StrCpy $4 " "
+    ${EndIf}
+    StrCpy $2 0
+    ${Do} ; to its end
+        StrCpy $3 $0 1 $2
+        ${If} $3 == $4
+        ${OrIf} $3 == ""
+            ${Break}
+        ${EndIf}
+        IntOp $2 $2 + 1
+    ${Loop}
+    StrCpy $0 $0 $2
+FunctionEnd
+
 Function .onInit
     Call ChooseLanguage
     Call RefuseToBeSecond
@@ -214,13 +249,12 @@ Function .onInit
     StrCpy $WithDesktopLink ${BST_CHECKED}
     StrCpy $WithMenuLink ${BST_CHECKED}
 
-    ${GetParameters} $Parameters
-    ClearErrors
-    ${GetOptions} $Parameters "/PATIENCE=" $Patience
-    ${If} ${Errors}
-        StrCpy $Patience 60
+    StrCpy $1 "/PATIENCE="
+    Call ReadOption
+    ${If} $0 == ""
+        StrCpy $0 60
     ${EndIf}
-    IntOp $Patience $Patience * 10
+    IntOp $Patience $0 * 10
 
     Call FindGame
     ${If} $INSTDIR != ""
@@ -233,9 +267,9 @@ Function .onInit
         StrCpy $INSTDIR "$LOCALAPPDATA\Programs\Orlavane"
     ${EndIf}
 
-    ClearErrors
-    ${GetOptions} $Parameters "/FOLDER=" $0
-    ${IfNot} ${Errors}
+    StrCpy $1 "/FOLDER="
+    Call ReadOption
+    ${If} $0 != ""
         StrCpy $IsUpdate 0
         Call SettleFolder
         ${If} $0 == ""

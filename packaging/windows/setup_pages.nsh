@@ -139,4 +139,5 @@ FunctionEnd
 Function ShowFinish
     !insertmacro TITLE_OF_STEP FINISH
     ${NSD_AddStyle} $mui.FinishPage.Text ${SS_NOPREFIX}
+    EnableWindow $mui.Button.Back 0 ; what is installed is installed
 FunctionEnd
