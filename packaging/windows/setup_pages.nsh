@@ -33,6 +33,15 @@ Function ShowLicense
     ; WS_EX_RIGHT, WS_EX_RTLREADING, WS_EX_LEFTSCROLLBAR and WS_EX_LAYOUTRTL
     IntOp $0 $0 & 0xFFBF8FFF
     System::Call 'user32::SetWindowLongPtrW(p $mui.LicensePage.LicenseText, i ${GWL_EXSTYLE}, p r0)'
+    System::Call 'user32::GetWindowLongPtrW(p $mui.LicensePage.LicenseText, i ${GWL_STYLE}) p .r0'
+    IntOp $0 $0 & 0xFFFFFFFD ; ES_RIGHT
+    System::Call 'user32::SetWindowLongPtrW(p $mui.LicensePage.LicenseText, i ${GWL_STYLE}, p r0)'
+    ; A PARAFORMAT that says PFM_ALIGNMENT and PFM_RTLPARA, for all of the text: PFA_LEFT
+    System::Call '*(i 156, i 0x10008, &i2 0, &i2 0, i 0, i 0, i 0, &i2 1, &i2 0, &i128 0) p .r0'
+    SendMessage $mui.LicensePage.LicenseText ${EM_SETSEL} 0 -1
+    SendMessage $mui.LicensePage.LicenseText 0x0447 0 $0 ; EM_SETPARAFORMAT
+    SendMessage $mui.LicensePage.LicenseText ${EM_SETSEL} 0 0
+    System::Free $0
     ; It gets the room of the two texts around it, which say nothing.
     ShowWindow $mui.LicensePage.TopText ${SW_HIDE}
     ShowWindow $mui.LicensePage.Text ${SW_HIDE}
@@ -72,8 +81,6 @@ Function ShowLocation
     Pop $MenuBox
     ${NSD_SetState} $MenuBox $WithMenuLink
 
-    GetDlgItem $0 $HWNDPARENT 1
-    SendMessage $0 ${WM_SETTEXT} 0 "STR:$(INSTALL)"
     nsDialogs::Show
 FunctionEnd
 
@@ -127,8 +134,8 @@ Function ShowFailure
     Pop $0
     ${NSD_AddStyle} $0 ${SS_NOPREFIX} ; a path may hold a "&"
     ${NSD_OnBack} LeaveFailure
-    GetDlgItem $0 $HWNDPARENT 1
-    EnableWindow $0 0
+    EnableWindow $mui.Button.Back 1
+    EnableWindow $mui.Button.Next 0
     nsDialogs::Show
 FunctionEnd
 
