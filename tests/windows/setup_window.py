@@ -65,11 +65,16 @@ def forget():
     shutil.rmtree(USUAL_FOLDER, ignore_errors=True)
 
 
-def run_setup(program, *options, home=None, **choices):
-    """Silently: its exit code."""
-    environment = clean_environment(home or os.path.dirname(program), **choices.pop("variables", {}))
-    return subprocess.run([WINE, program, "/S", *options], env=environment, stdout=subprocess.DEVNULL,
-                          stderr=subprocess.DEVNULL, timeout=300, **choices).returncode
+def start_setup(screen, program, *options, **variables):
+    """Silently."""
+    environment = clean_environment(os.path.dirname(program), DISPLAY=screen.display, **variables)
+    return subprocess.Popen([WINE, program, "/S", *options], env=environment, stdout=subprocess.DEVNULL,
+                            stderr=subprocess.DEVNULL, restore_signals=False)
+
+
+def run_setup(*words, **variables):
+    """Its exit code."""
+    return start_setup(*words, **variables).wait(300)
 
 
 class Setup:
