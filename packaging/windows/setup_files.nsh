@@ -139,6 +139,7 @@ FunctionEnd
 
 ; After a failure.
 Function TakeBack
+    SetOutPath $TEMP ; nobody can remove the folder that a program works in
     ${If} ${FileExists} "$INSTDIR\${OLD}\*.*"
         Call SwapBack
     ${EndIf}
@@ -149,7 +150,6 @@ Function TakeBack
     ${If} $MadeMenuLink = 1
         Delete $MenuLink
     ${EndIf}
-    SetOutPath $TEMP
     RMDir $INSTDIR ; if nothing is in it
 FunctionEnd
 
