@@ -11,10 +11,11 @@ ROOT = os.path.join(HERE, "../..")
 OWN_NAME = "Orlavane-setup.exe"
 DESKTOP_LINK = os.path.join(WINE_PROFILE, "Desktop/Orlavane.lnk")
 MENU_LINK = os.path.join(WINE_PROFILE, "AppData/Roaming/Microsoft/Windows/Start Menu/Programs/Orlavane.lnk")
+MENU_LINK_ON_C = "C:" + MENU_LINK[len(os.path.dirname(os.path.dirname(WINE_PROFILE))):].replace("/", "\\")
 USUAL_FOLDER = os.path.join(WINE_PROFILE, "AppData/Local/Programs/Orlavane")
 
 # Exit codes.
-DONE, ANOTHER_RUNS, NO_SUCH_FOLDER, NO_ROOM, GAME_RUNS, NOT_WRITTEN = 0, 3, 4, 5, 6, 7
+DONE, GONE, DAMAGED, ANOTHER_RUNS, NO_SUCH_FOLDER, NO_ROOM, GAME_RUNS, NOT_WRITTEN = 0, 1, 2, 3, 4, 5, 6, 7
 
 # In the window, with English words. Negative numbers are from its right or lower edge.
 NEXT, CANCEL, BACK = (-136, -26), (-50, -26), (-211, -26)
