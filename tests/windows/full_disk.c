@@ -1,0 +1,8 @@
+/* Loaded into a program, it makes every disk look full. */
+#include <sys/vfs.h>
+
+int fstatfs(int file, struct statfs* about) {
+    (void)file;
+    *about = (struct statfs){.f_type = 0x01021994, .f_bsize = 4096, .f_frsize = 4096, .f_blocks = 1000};
+    return 0;
+}
