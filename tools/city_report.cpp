@@ -74,7 +74,9 @@ static void addCell(std::string& row, const std::string& text) {
     row.append(row.empty() ? "" : ",").append(text);
 }
 
-static void addNames(std::string& row, const char* name, double) { addCell(row, name); }
+template<class Number> static void addNames(std::string& row, const char* name, Number) {
+    addCell(row, name);
+}
 template<class Number, size_t count>
 static void addNames(std::string& row, const char* name, const std::array<Number, count>&) {
     for (size_t i = 0; i < count; i++) addCell(row, name + std::to_string(i));
