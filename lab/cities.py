@@ -109,9 +109,9 @@ def run_here(simulator, study, numbers):
         outcomes.put(None)
 
     threads = [threading.Thread(target=work) for _ in os.sched_getaffinity(0)]
-    for thread in threads:
-        thread.start()
     try:
+        for thread in threads: # Ctrl+C may come while they start
+            thread.start()
         ended = 0
         while ended < len(threads):
             outcome = outcomes.get()
@@ -123,7 +123,7 @@ def run_here(simulator, study, numbers):
                 yield outcome
     finally:
         simulator.stop()
-        for thread in threads:
+        for thread in filter(threading.Thread.is_alive, threads):
             thread.join()
 
 
