@@ -66,8 +66,11 @@ def press(game, place, look=is_button):
 
 
 def set_variable(key, name, value):
-    """As the registry has it, for all programs that are started from now on."""
-    wine("reg", "add", "HKCU\\" + key, "/v", name, "/t", "REG_EXPAND_SZ", "/d", value, "/f")
+    """As the registry has it, for all programs that are started from now on. Wine's reg refuses now and then, without
+    a word, right after other programs have ended."""
+    add = ["reg", "add", "HKCU\\" + key, "/v", name, "/t", "REG_EXPAND_SZ", "/d", value, "/f"]
+    wait_until(lambda: subprocess.run([WINE, *add], stdout=subprocess.DEVNULL, timeout=60).returncode == 0,
+               f"reg does not set {name}")
 
 
 class WindowsTest(unittest.TestCase):
