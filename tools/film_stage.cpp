@@ -187,7 +187,8 @@ void drawFrame(FilmStage& stage, int frame) {
 
     const float second = 1.0f / static_cast<float>(stage.scene.format.framesPerSecond);
     updateStreetLife(app.streetLife, app.city, second * STREET_PACE, app.city.population);
-    updateWorldMeshes(app.meshes, app.city);
+    do updateWorldMeshes(app.meshes, app.city);
+    while (app.city.buildingsDirty); // a film has the time that a player has not
     buildStreetLifeMesh(app.meshes, app.city, app.streetLife);
     Input input;
     input.drawableWidth = stage.scene.format.width * OVERSAMPLING;

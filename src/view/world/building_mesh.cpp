@@ -31,19 +31,23 @@ static void addBlock(MeshBuilder& builder, const std::vector<BuildingLook>& look
         if (blockOf(look) == block) addBuildingLook(builder, look);
 }
 
-void buildBuildingMeshes(WorldMeshes& meshes, const City& city) {
+bool buildBuildingMeshes(WorldMeshes& meshes, const City& city, uint64_t byteLimit) {
     std::vector<BuildingLook>& looks = meshes.buildingLooks;
     collectBuildingLooks(looks, city);
     const std::array<uint64_t, CHUNK_COUNT> fingerprints = fingerprintBlocks(looks);
 
     MeshBuilder builder;
+    uint64_t sent = 0;
     for (int block = 0; block < CHUNK_COUNT; block++) {
         Mesh& mesh = meshes.buildingBlocks[block];
         if (fingerprints[block] == mesh.fingerprint) continue;
+        if (sent >= byteLimit) return false;
         builder.clear();
         builder.reserve(roomForAnyBlock(meshes));
         addBlock(builder, looks, block);
         uploadMesh(mesh, builder, false);
         mesh.fingerprint = fingerprints[block];
+        sent += builder.size() * sizeof(Vertex);
     }
+    return true;
 }

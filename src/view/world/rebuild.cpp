@@ -25,6 +25,13 @@ static bool chunkIsDirty(const City& city, int chunkIndex) {
     return false;
 }
 
+// A new city or a loaded one marks every cell.
+static bool isNewLand(const City& city) {
+    for (int chunk = 0; chunk < CHUNK_COUNT; chunk++)
+        if (!chunkIsDirty(city, chunk)) return false;
+    return true;
+}
+
 static void updateTerrain(WorldMeshes& meshes, City& city, bool all) {
     bool rebuilt = false;
     for (int chunk = 0; chunk < CHUNK_COUNT; chunk++) {
@@ -52,6 +59,7 @@ static bool takeGroundMarks(WorldMeshes& meshes, City& city) {
 
 void updateWorldMeshes(WorldMeshes& meshes, City& city) {
     const bool all = takeGroundMarks(meshes, city);
+    const bool newLand = isNewLand(city);
     updateTerrain(meshes, city, all);
     if (!meshes.waterBuilt) buildWaterMesh(meshes);
     if (city.roadsDirty || all) {
@@ -63,7 +71,8 @@ void updateWorldMeshes(WorldMeshes& meshes, City& city) {
         city.zonesDirty = 0;
     }
     if (city.buildingsDirty) {
-        buildBuildingMeshes(meshes, city);
-        city.buildingsDirty = 0;
+        // The old city's houses must not stand on new land, not for one frame.
+        const uint64_t byteLimit = newLand ? UINT64_MAX : BUILDING_BYTES_A_FRAME;
+        city.buildingsDirty = !buildBuildingMeshes(meshes, city, byteLimit);
     }
 }

@@ -9,5 +9,6 @@
 void setOverlay(WorldMeshes& meshes, int mode);
 
 // Brings up to date whatever the city's dirty marks call stale, and clears them. Once a frame, before
-// drawing. The first time it makes the water as well, which is the same in every land.
+// drawing. After a large change some buildings wait for the next frames, and their mark stays. The first time
+// it makes the water as well, which is the same in every land.
 void updateWorldMeshes(WorldMeshes& meshes, City& city);

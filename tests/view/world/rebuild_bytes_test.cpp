@@ -7,8 +7,11 @@
 #include "sim/grown_cities.h"
 #include "view/gl/graphics_memory.h"
 #include "view/models/model_helpers.h"
+#include "view/world/building_mesh.h"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 constexpr uint64_t CHUNK_BYTES = 1536 * sizeof(Vertex);
 constexpr uint64_t MEGABYTE = 1000 * 1000;
@@ -24,15 +27,39 @@ struct FullMap : testing::Test {
         update();
     }
 
-    // Bytes of this update.
-    uint64_t update() {
+    // Bytes of this frame.
+    uint64_t updateOnce() {
         memory.bytesSent = 0;
         updateWorldMeshes(meshes, city);
         return memory.bytesSent;
     }
 
+    // Bytes until nothing is stale.
+    uint64_t update() {
+        uint64_t sent = updateOnce();
+        for (int frame = 1; city.buildingsDirty && frame < CHUNK_COUNT; frame++) sent += updateOnce();
+        return sent;
+    }
+
     uint64_t blockBytes(int block) const {
         return static_cast<uint64_t>(meshes.buildingBlocks[block].vertexCount) * sizeof(Vertex);
+    }
+
+    uint64_t largestBlock() const {
+        uint64_t largest = 0;
+        for (int block = 0; block < CHUNK_COUNT; block++) largest = std::max(largest, blockBytes(block));
+        return largest;
+    }
+
+    void changeEveryBuilding() {
+        for (Building& building : city.buildings) building.level = building.level == 1 ? 2 : 1;
+        city.buildingsDirty = 1;
+    }
+
+    void expectBlocksOfTheCity() const {
+        const auto expected = buildingBlocksOf(city);
+        for (int block = 0; block < CHUNK_COUNT; block++)
+            EXPECT_TRUE(shows(memory, meshes.buildingBlocks[block], expected[block])) << block;
     }
 
     static int blockOf(int x, int y) { return y / CHUNK_SIZE * CHUNK_ROW + x / CHUNK_SIZE; }
@@ -98,4 +125,24 @@ TEST_F(FullMap, ABulldozedBuildingSendsItsBlock) {
     ASSERT_TRUE(bulldoze(city, building.x, building.y));
     const uint64_t sent = update();
     EXPECT_EQ(sent, blockBytes(blockOf(building.x, building.y)));
+}
+
+TEST_F(FullMap, ALargeChangeIsSpreadOverFramesAndEndsAsTheCityIs) {
+    changeEveryBuilding();
+    std::vector<uint64_t> frames;
+    while (city.buildingsDirty && frames.size() <= CHUNK_COUNT) frames.push_back(updateOnce());
+
+    for (const uint64_t sent : frames) EXPECT_LT(sent, BUILDING_BYTES_A_FRAME + largestBlock());
+    EXPECT_GT(frames.size(), 10u);
+    EXPECT_LE(frames.size(), size_t{CHUNK_COUNT});
+    expectBlocksOfTheCity();
+    EXPECT_EQ(updateOnce(), 0u);
+}
+
+TEST_F(FullMap, NewLandStandsWholeInItsFirstFrame) {
+    changeEveryBuilding();
+    std::fill(city.cellDirty.begin(), city.cellDirty.end(), uint8_t{1});
+    updateOnce();
+    EXPECT_FALSE(city.buildingsDirty);
+    expectBlocksOfTheCity();
 }
