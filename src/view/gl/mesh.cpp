@@ -2,6 +2,7 @@
 
 #include "view/gl/gl.h"
 
+#include <cassert>
 #include <cstddef>
 
 static void fillBuffer(Mesh& mesh, const MeshBuilder& builder, bool dynamic) {
@@ -23,6 +24,8 @@ static void setAttribute(uint32_t place, int components, size_t offset) {
 }
 
 void uploadMesh(Mesh& mesh, const MeshBuilder& builder, bool dynamic) {
+    assert(builder.size() % 3 == 0 && builder.size() <= INT32_MAX);
+    assert((mesh.vertexArray == 0) == (mesh.vertexBuffer == 0)); // made and destroyed together
     if (mesh.vertexArray == 0) {
         gl.GenVertexArrays(1, &mesh.vertexArray);
         gl.GenBuffers(1, &mesh.vertexBuffer);
@@ -41,6 +44,7 @@ void uploadMesh(Mesh& mesh, const MeshBuilder& builder, bool dynamic) {
 
 void drawMesh(const Mesh& mesh) {
     if (mesh.vertexArray == 0 || mesh.vertexCount == 0) return;
+    assert(mesh.vertexBuffer != 0 && mesh.vertexCount % 3 == 0);
     gl.BindVertexArray(mesh.vertexArray);
     gl.DrawArrays(GL_TRIANGLES, 0, mesh.vertexCount);
 }

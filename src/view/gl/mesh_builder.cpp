@@ -3,14 +3,21 @@
 #include "sim/hash.h"
 
 #include <algorithm>
+#include <cassert>
+
+[[maybe_unused]] static bool isMaterial(int material) {
+    return material >= MATERIAL_TERRAIN && material <= MATERIAL_PLAIN;
+}
 
 void addVertex(MeshBuilder& builder, const Vec3& position, const Vec3& normal, const Vec3& colour,
                float emissive, int material, float u, float v) {
+    assert(isMaterial(material));
     builder.push_back({position, normal, colour, static_cast<float>(material), emissive, 0.0f, u, v});
 }
 
 void addTriangle(MeshBuilder& builder, const Vec3& a, const Vec3& b, const Vec3& c, const Vec3& normal,
                  const Vec3& colour, float emissive, int material) {
+    assert(isMaterial(material));
     const float surface = static_cast<float>(material);
     builder.insert(builder.end(), {{a, normal, colour, surface, emissive, 0.0f, 0.0f, 0.0f},
                                    {b, normal, colour, surface, emissive, 0.0f, 1.0f, 0.0f},
@@ -19,6 +26,7 @@ void addTriangle(MeshBuilder& builder, const Vec3& a, const Vec3& b, const Vec3&
 
 void addQuad(MeshBuilder& builder, const Vec3& a, const Vec3& b, const Vec3& c, const Vec3& d,
              const Vec3& normal, const Vec3& colour, float emissive, int material) {
+    assert(isMaterial(material));
     const float surface = static_cast<float>(material);
     const Vertex first = {a, normal, colour, surface, emissive, 0.0f, 0.0f, 0.0f};
     const Vertex third = {c, normal, colour, surface, emissive, 0.0f, 1.0f, 1.0f};
@@ -32,6 +40,7 @@ void addQuad(MeshBuilder& builder, const Vec3& a, const Vec3& b, const Vec3& c, 
 
 void addBox(MeshBuilder& builder, const Vec3& min, const Vec3& max, const Vec3& colour, int material,
             float emissive) {
+    assert(min.x <= max.x && min.y <= max.y && min.z <= max.z); // otherwise its normals would point inwards
     addQuad(builder, {max.x, min.y, min.z}, {max.x, min.y, max.z}, {max.x, max.y, max.z},
             {max.x, max.y, min.z}, {1.0f, 0.0f, 0.0f}, colour, emissive, material);
     addQuad(builder, {min.x, min.y, min.z}, {min.x, min.y, max.z}, {min.x, max.y, max.z},
@@ -46,6 +55,7 @@ void addBox(MeshBuilder& builder, const Vec3& min, const Vec3& max, const Vec3& 
 
 void addFlatQuad(MeshBuilder& builder, float x0, float x1, float z0, float z1, float height,
                  const Vec3& colour, int material) {
+    assert(x0 < x1 && z0 < z1);
     addQuad(builder, {x0, height, z0}, {x1, height, z0}, {x1, height, z1}, {x0, height, z1},
             {0.0f, 1.0f, 0.0f}, colour, 0.0f, material);
 }
@@ -82,6 +92,7 @@ static Vec3 circleDirection(float turn, int segments) {
 
 void addFrustum(MeshBuilder& builder, const Vec3& baseCentre, float bottomRadius, float height,
                 float topRadius, int segments, const Vec3& colour, int material, float emissive) {
+    assert(segments >= 3 && bottomRadius >= 0.0f && topRadius >= 0.0f);
     const Vec3 topCentre = {baseCentre.x, baseCentre.y + height, baseCentre.z};
     Vec3 end = circleDirection(0.0f, segments);
     for (int i = 0; i < segments; i++) {

@@ -2,6 +2,8 @@
 
 #include "view/gl/gl.h"
 
+#include <cassert>
+
 constexpr int LOG_SIZE = 1024;
 
 // The same places for every program, so that one vertex array serves them all. The texts of the interface
@@ -9,6 +11,7 @@ constexpr int LOG_SIZE = 1024;
 static constexpr const char* ATTRIBUTES[] = {"aPos", "aNrm", "aCol", "aData", "aUV"};
 
 uint32_t compileShader(uint32_t type, const char* text, std::string* log) {
+    assert(type == GL_VERTEX_SHADER || type == GL_FRAGMENT_SHADER);
     const uint32_t shader = gl.CreateShader(type);
     gl.ShaderSource(shader, 1, &text, nullptr);
     gl.CompileShader(shader);

@@ -1,5 +1,7 @@
 #include "view/gl/vec.h"
 
+#include <cassert>
+
 Mat4 multiply(const Mat4& a, const Mat4& b) {
     Mat4 product;
     for (int column = 0; column < 4; column++)
@@ -21,6 +23,7 @@ Mat4 lookAt(const Vec3& eye, const Vec3& target, const Vec3& up) {
 }
 
 Mat4 orthographic(float halfWidth, float halfHeight, float nearPlane, float farPlane) {
+    assert(halfWidth > 0.0f && halfHeight > 0.0f && nearPlane < farPlane);
     Mat4 m = IDENTITY;
     m[0] = 1.0f / halfWidth;
     m[5] = 1.0f / halfHeight;
@@ -30,6 +33,7 @@ Mat4 orthographic(float halfWidth, float halfHeight, float nearPlane, float farP
 }
 
 Mat4 perspective(float focal, float aspect, float nearPlane, float farPlane) {
+    assert(aspect > 0.0f && nearPlane > 0.0f && nearPlane < farPlane);
     Mat4 m = {};
     m[0] = focal / aspect;
     m[5] = focal;

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <bitset>
+#include <cassert>
 
 using AddModel = void (*)(MeshBuilder& builder, const Lot& lot);
 
@@ -33,6 +34,8 @@ static const BuildingModel LEVEL_MODELS[][MODEL_LEVELS] = {
      {addOfficeTower, 3.2f, 3.2f, 39.0f},
      {addOfficeTower, 3.2f, 3.2f, 63.0f}},
 };
+
+static_assert(std::size(LEVEL_MODELS) == KIND_FACTORY);
 
 // By kind, from the police station on.
 static constexpr AddModel FIXED_MODELS[] = {
@@ -90,6 +93,7 @@ static void addFinishedBuilding(MeshBuilder& builder, const BuildingLook& look, 
 }
 
 void addBuildingLook(MeshBuilder& builder, const BuildingLook& look) {
+    assert(inMap(look.x, look.y) && look.progress >= 0.0f && look.progress <= 1.0f);
     const float cornerX = static_cast<float>(look.x) * CELL_WIDTH;
     const float cornerZ = static_cast<float>(look.y) * CELL_WIDTH;
     if (look.isBusStop) {

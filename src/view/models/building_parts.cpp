@@ -1,8 +1,10 @@
 #include "view/models/building_parts.h"
 
+#include <cassert>
 #include <cmath>
 
 void moveVertices(MeshBuilder& builder, size_t first, const Vec3& offset) {
+    assert(first <= builder.size());
     for (size_t i = first; i < builder.size(); i++) builder[i].position = builder[i].position + offset;
 }
 
@@ -58,6 +60,7 @@ void addParapet(MeshBuilder& builder, float halfX, float halfZ, float bottom, fl
 }
 
 void addFence(MeshBuilder& builder, const Vec3& start, const Vec3& end, float height, const Vec3& colour) {
+    assert(start.y == end.y && (start.x == end.x || start.z == end.z) && !(start == end));
     const float railTop = start.y + height;
     const float railBottom = railTop - 0.06f;
     const int gapCount = static_cast<int>(std::ceil(length(end - start) / 0.9f));
@@ -93,6 +96,7 @@ void addRoofTank(MeshBuilder& builder, const Vec3& foot, float radius, float hei
 
 void addWallMullions(MeshBuilder& builder, float halfX, float halfZ, float bottom, float top, int count,
                      const Vec3& colour) {
+    assert(count > 0);
     const float half = 0.08f;
     const float standOff = 0.14f;
     for (int i = 0; i < count; i++) {

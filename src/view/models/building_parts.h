@@ -6,6 +6,7 @@
 #include "view/gl/mesh_builder.h"
 
 #include <array>
+#include <cassert>
 #include <cstddef>
 
 // The base of every model lies this far under the ground, so that a sloping cell shows no gap.
@@ -46,6 +47,7 @@ constexpr Vec3 WHITE = {1.0f, 1.0f, 1.0f};
 
 // The row for a value from 0 to 1. The factor stays just under the row count, so that 1 still has a row.
 template<size_t N> const Vec3& paletteRow(const std::array<Vec3, N>& palette, float value) {
+    assert(value >= 0.0f && value <= 1.0f);
     const int row = static_cast<int>(value * (static_cast<float>(N) - 0.001f));
     return palette[static_cast<size_t>(row) % N];
 }

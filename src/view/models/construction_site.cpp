@@ -3,6 +3,7 @@
 #include "view/models/building_parts.h"
 
 #include <algorithm>
+#include <cassert>
 
 constexpr Vec3 CRANE_YELLOW = {0.95f, 0.80f, 0.15f};
 constexpr float REBAR_HEIGHT = 1.1f; // over the core
@@ -98,6 +99,7 @@ static void addCrane(MeshBuilder& builder, float top, float coreTop) {
 
 void addConstructionSite(MeshBuilder& builder, const Vec3& centre, float halfX, float halfZ,
                          float finalHeight, float progress, float t) {
+    assert(halfX > 0.0f && halfZ > 0.0f && finalHeight > 0.0f && t >= 0.0f && t <= 1.0f);
     const float built = progress > 0.0f ? std::min(progress, 1.0f) : 0.0f; // also for a NaN
     const float coreTop = std::max(finalHeight * built, 0.5f);
 

@@ -1,5 +1,7 @@
 #include "view/models/models_business.h"
 
+#include <cassert>
+
 // Slopes from the wall at 4.7 down to its outer edge at 4.2.
 static void addAwning(MeshBuilder& builder, float hx, float wallZ, const Vec3& colour) {
     const float edgeZ = wallZ + 0.75f;
@@ -95,6 +97,7 @@ static void addHighOffice(MeshBuilder& builder, const Lot& lot) {
 }
 
 void addOfficeTower(MeshBuilder& builder, const Lot& lot) {
+    assert(lot.level >= 1 && lot.level <= 3);
     if (lot.level == 1) return addLowOffice(builder, lot);
     if (lot.level == 2) return addMiddleOffice(builder, lot);
     addHighOffice(builder, lot);

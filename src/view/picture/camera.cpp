@@ -3,6 +3,7 @@
 #include "sim/city.h"
 
 #include <algorithm>
+#include <cassert>
 #include <limits>
 
 constexpr float LOWEST_PITCH = 0.52f;
@@ -28,6 +29,7 @@ Vec3 cameraDirection(const Camera& camera) {
 
 // Of a camera at distance 1: the footprint grows with the distance, so that one is enough for all distances.
 static Footprint unitFootprint(const Camera& camera, float aspect) {
+    assert(camera.pitch >= LOWEST_PITCH && camera.pitch <= HIGHEST_PITCH); // above the plane, not overhead
     const Vec3 eye = cameraDirection(camera);
     const Vec3 forward = normalised(Vec3{} - eye);
     const Vec3 right = normalised(cross(forward, {0.0f, 1.0f, 0.0f}));

@@ -5,6 +5,8 @@
 #include "view/gl/shaders.h"
 #include "view/picture/sky.h"
 
+#include <cassert>
+
 // The square that casts and receives shadows, around the point that the camera looks at; over the whole map
 // the same texels would blur every edge.
 constexpr float SHADOW_HALF_SIZE = 260.0f;
@@ -108,6 +110,7 @@ static Mat4 lightViewProjection(const Vec3& target, const Vec3& sunDir) {
 }
 
 static void drawShadowPass(const Renderer& renderer, const WorldMeshes& meshes) {
+    assert(renderer.shadowFramebuffer != 0 && renderer.shadowSize > 0);
     gl.BindFramebuffer(GL_FRAMEBUFFER, renderer.shadowFramebuffer);
     gl.Viewport(0, 0, renderer.shadowSize, renderer.shadowSize);
     gl.Clear(GL_DEPTH_BUFFER_BIT);
@@ -203,6 +206,7 @@ static void drawWaterPass(const Renderer& renderer, const FrameParams& params, c
 }
 
 void renderFrame(Renderer& renderer, const FrameParams& params, const WorldMeshes& meshes) {
+    assert(params.width > 0 && params.height > 0);
     const SkyState sky = computeSky(params.hour, params.overcast);
     ensureShadowTarget(renderer, params.shadowSize);
     if (renderer.shadowSize > 0) {

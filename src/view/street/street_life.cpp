@@ -1,6 +1,7 @@
 #include "view/street/street_life.h"
 
 #include <algorithm>
+#include <cassert>
 
 constexpr float SCAN_INTERVAL = 0.5f; // seconds of game time; spares the tools reporting each road
 constexpr float SPAWN_INTERVAL = 0.12f;
@@ -17,6 +18,7 @@ constexpr float EMPTY_TOWN_SHARE = 0.25f; // of the traffic, without anyone livi
 constexpr int SURPLUS_ALLOWED = 2;        // so that a target that wavers takes no car off the road
 
 uint32_t nextRandom(uint32_t& state) {
+    assert(state != 0); // from which it would never move
     state ^= state << 13;
     state ^= state >> 17;
     state ^= state << 5;
@@ -28,6 +30,7 @@ float nextRandomUnit(uint32_t& state) {
 }
 
 static int nextRandomBelow(uint32_t& state, int limit) {
+    assert(limit > 0);
     return static_cast<int>(nextRandom(state) % static_cast<uint32_t>(limit));
 }
 
@@ -61,6 +64,7 @@ static CellStep pickWay(StreetLife& streetLife, const CellStep* ways, int wayCou
 }
 
 void stepVehicle(StreetLife& streetLife, const City& city, Vehicle& vehicle) {
+    assert(!vehicle.dead);
     const CellStep heading = {vehicle.toX - vehicle.fromX, vehicle.toY - vehicle.fromY};
     CellStep ways[NEIGHBOURS.size()];
     int wayCount = 0;
@@ -128,6 +132,7 @@ static bool findStart(StreetLife& streetLife, const City& city, Vehicle& vehicle
 }
 
 static void spawnVehicle(StreetLife& streetLife, const City& city) {
+    assert(streetLife.vehicles.size() < VEHICLE_LIMIT);
     Vehicle vehicle;
     vehicle.isBus = streetLife.busStops >= 1 && nextRandomUnit(streetLife.rng) < BUS_CHANCE;
     if (!findStart(streetLife, city, vehicle)) return;

@@ -1,5 +1,7 @@
 #include "view/street/street_life_mesh.h"
 
+#include <cassert>
+
 constexpr float LANE_OFFSET = 1.9f; // world units from the road's middle
 constexpr float RIDE_HEIGHT = 0.2f; // over the ground, from which the road is lifted nearly as far
 
@@ -46,6 +48,7 @@ struct Pose {
 
 // A box along the pose's direction. It has no floor: nobody looks at a vehicle from below.
 static void addOrientedBox(MeshBuilder& builder, const Pose& pose, const BodyPiece& piece) {
+    assert(piece.halfLength > 0.0f && piece.halfWidth > 0.0f && piece.bottom < piece.top);
     const Vec3 low = pose.base + Vec3{0.0f, piece.bottom, 0.0f};
     const Vec3 up = {0.0f, piece.top - piece.bottom, 0.0f};
     const Vec3 ahead = pose.direction * piece.halfLength;
@@ -95,6 +98,7 @@ static Vec3 cellCentre(int x, int y) {
 }
 
 static Pose vehiclePose(const City& city, const Vehicle& vehicle) {
+    assert(vehicle.t >= 0.0f && vehicle.t < 1.0f && (vehicle.lane == 1 || vehicle.lane == -1));
     const Vec3 from = cellCentre(vehicle.fromX, vehicle.fromY);
     const Vec3 way = cellCentre(vehicle.toX, vehicle.toY) - from;
     Pose pose;

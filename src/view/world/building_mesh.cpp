@@ -3,6 +3,7 @@
 #include "view/gl/fingerprint.h"
 
 #include <algorithm>
+#include <cassert>
 
 static int blockOf(const BuildingLook& look) { return look.y / CHUNK_SIZE * CHUNK_ROW + look.x / CHUNK_SIZE; }
 
@@ -27,6 +28,7 @@ static size_t roomForAnyBlock(const WorldMeshes& meshes) {
 }
 
 static void addBlock(MeshBuilder& builder, const std::vector<BuildingLook>& looks, int block) {
+    assert(builder.empty());
     for (const BuildingLook& look : looks)
         if (blockOf(look) == block) addBuildingLook(builder, look);
 }

@@ -2,11 +2,14 @@
 
 #include "view/world/terrain.h"
 
+#include <cassert>
+
 constexpr float HOVER_LIFT = 0.35f; // world units: over the roads as well
 constexpr float HOVER_BRIGHTNESS = 0.55f;
 
 // Of the ground's material, so that night and shadow darken it too; its emissive of 1 shows nothing there.
 void buildHoverMesh(MeshBuilder& builder, const City& city, int cellX, int cellY, const Vec3& colour) {
+    assert(inMap(cellX, cellY));
     addQuad(builder, cornerPosition(city, cellX, cellY, HOVER_LIFT),
             cornerPosition(city, cellX + 1, cellY, HOVER_LIFT),
             cornerPosition(city, cellX + 1, cellY + 1, HOVER_LIFT),

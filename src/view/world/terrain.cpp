@@ -30,6 +30,7 @@ constexpr Vec3 DISTRICT_COLOURS[] = {{0.95f, 0.45f, 0.45f}, {0.45f, 0.70f, 0.95f
                                      {0.60f, 0.90f, 0.55f}, {0.80f, 0.55f, 0.95f}, {0.40f, 0.85f, 0.85f},
                                      {0.95f, 0.60f, 0.80f}, {0.70f, 0.70f, 0.45f}};
 constexpr float DISTRICT_TINT = 0.4f;
+static_assert(std::size(DISTRICT_COLOURS) == DISTRICT_COUNT - 1);
 
 // Under the traffic overlay the ground steps back, so that the colours of the roads stand out.
 constexpr Vec3 TRAFFIC_GROUND = {0.20f, 0.22f, 0.24f};
@@ -48,6 +49,7 @@ constexpr OverlayRamp OVERLAY_RAMPS[] = {
     {&City::waterField, 1.0f, {0.15f, 0.16f, 0.18f}, {0.20f, 0.62f, 1.00f}},
     {&City::pollution, 1.5f, {0.50f, 0.66f, 0.40f}, {0.36f, 0.22f, 0.10f}},
     {&City::landValue, 1.0f, {0.80f, 0.27f, 0.22f}, {0.26f, 0.74f, 0.38f}}};
+static_assert(std::size(OVERLAY_RAMPS) == OVERLAY_COUNT - OVERLAY_POWER);
 
 struct GroundCorner {
     Vec3 position;
@@ -64,6 +66,7 @@ struct ChunkGround {
 };
 
 ChunkCells cellsOfChunk(int chunkIndex) {
+    assert(chunkIndex >= 0 && chunkIndex < CHUNK_COUNT);
     const int x = chunkIndex % CHUNK_ROW * CHUNK_SIZE;
     const int y = chunkIndex / CHUNK_ROW * CHUNK_SIZE;
     return {std::max(x - 1, 0), std::max(y - 1, 0), std::min(x + CHUNK_SIZE + 1, GRID_SIZE),
@@ -71,6 +74,7 @@ ChunkCells cellsOfChunk(int chunkIndex) {
 }
 
 Vec3 cornerPosition(const City& city, int cornerX, int cornerY, float lift) {
+    assert(cornerX >= 0 && cornerX <= GRID_SIZE && cornerY >= 0 && cornerY <= GRID_SIZE);
     return {CELL_WIDTH * static_cast<float>(cornerX), city.heights[cornerIndex(cornerX, cornerY)] + lift,
             CELL_WIDTH * static_cast<float>(cornerY)};
 }
@@ -158,6 +162,7 @@ static Vec3 cornerColour(const ChunkGround& chunk, int column, int row) {
             sum = sum + chunk.cellColours[row + dy + 1][column + dx + 1];
             count++;
         }
+    assert(count > 0); // every corner touches a cell of the map
     return sum * (1.0f / static_cast<float>(count));
 }
 

@@ -40,5 +40,5 @@ FrameParams lookFrom(const Vec3& eye, const Vec3& target, float hour);
 // The pixel that shows a point of the world.
 Vec3 colourAt(const Picture& picture, const FrameParams& params, const Vec3& point);
 
-// Every channel within a few steps of 8 bits.
-void expectColour(const Vec3& seen, const Vec3& expected, float tolerance = 2.5f / 255.0f);
+// Every channel within a step of 8 bits and its rounding: a colour of two digits is held to the second.
+void expectColour(const Vec3& seen, const Vec3& expected, float tolerance = 1.2f / 255.0f);

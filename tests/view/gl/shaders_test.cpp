@@ -174,6 +174,12 @@ TEST_F(Shaders, TheInterfaceDrawsInPixelsFromTheUpperLeftWithColourOrColourTimes
         expectColour(pixelAt(picture, 2, PICTURE_HEIGHT - 35),
                      textured ? Vec3{128.0f / 255.0f, 0, 0} : colour);
         expectColour(pixelAt(picture, 30, PICTURE_HEIGHT - 30), {});
+        // To the pixel at both ends of its sides.
+        expectColour(pixelAt(picture, 38, PICTURE_HEIGHT - 1), textured ? Vec3{0, 0.8f, 0} : colour);
+        expectColour(pixelAt(picture, 40, PICTURE_HEIGHT - 1), {});
+        expectColour(pixelAt(picture, 0, PICTURE_HEIGHT - 39),
+                     textured ? Vec3{128.0f / 255.0f, 0, 0} : colour);
+        expectColour(pixelAt(picture, 0, PICTURE_HEIGHT - 41), {});
         expectColour(pixelAt(picture, 5, 3), {});
     }
     gl.DeleteTextures(1, &texture);

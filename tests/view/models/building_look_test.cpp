@@ -176,15 +176,16 @@ static const SiteRow SITE_ROWS[] = {
 };
 
 TEST(BuildingMesh, EveryKindAndLevelHasItsSite) {
-    for (const SiteRow& row : SITE_ROWS) {
-        MeshBuilder expected;
-        addConstructionSite(expected, {388, 9.4f, 388}, row.halfX, row.halfZ, row.finalHeight, 0.7f,
-                            seedOf(48, 48));
-        City city = flatCity();
-        addBuilding(city, 48, 48, static_cast<uint8_t>(row.kind), static_cast<uint8_t>(row.level)).progress =
-            0.7f;
-        EXPECT_TRUE(isSame(buildingsOf(city), expected)) << row.kind << ", " << row.level;
-    }
+    for (const SiteRow& row : SITE_ROWS)
+        for (const float progress : {0.0f, 0.02f, 0.7f, 0.999f}) {
+            MeshBuilder expected;
+            addConstructionSite(expected, {388, 9.4f, 388}, row.halfX, row.halfZ, row.finalHeight, progress,
+                                seedOf(48, 48));
+            City city = flatCity();
+            addBuilding(city, 48, 48, static_cast<uint8_t>(row.kind), static_cast<uint8_t>(row.level))
+                .progress = progress;
+            EXPECT_TRUE(isSame(buildingsOf(city), expected)) << row.kind << ", " << row.level;
+        }
 }
 
 // What each finished model weighs, how far it reaches around its base, what it is made of, and its lamps.

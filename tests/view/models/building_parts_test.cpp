@@ -17,7 +17,7 @@ TEST(BuildingParts, EveryPaletteRowHasItsShareOfTheSeeds) {
     for (int row = 0; row < 5; row++)
         EXPECT_EQ(paletteRow(wallPalette, (static_cast<float>(row) + 0.5f) / 5.0f), wallPalette[row]) << row;
     EXPECT_EQ(paletteRow(wallPalette, 0.2f), wallPalette[0]) << "0.9998 is still row 0";
-    EXPECT_EQ(paletteRow(wallPalette, 0.2001f), wallPalette[1]);
+    EXPECT_EQ(paletteRow(wallPalette, 0.200042f), wallPalette[1]) << "1.00001 is row 1";
 }
 
 TEST(BuildingParts, MoveVerticesLeavesWhatWasThereBefore) {

@@ -104,6 +104,7 @@ TEST(ConstructionSite, TheCableRunsFromTheLoadThroughTheHookToTheJib) {
     const MeshBuilder mesh = site(21, 0.5f, 0.0f);
     const Bounds load = boundsOf(verticesOfColour(mesh, LOAD));
     const float x = (load.min.x + load.max.x) / 2.0f;
+    EXPECT_NEAR(x, 2.72f - 5.4f, 1e-5f) << "the hook hangs near the end of the jib";
     EXPECT_TRUE(hasBox(mesh, {x - 0.03f, load.max.y, -2.75f}, {x + 0.03f, 29.1f, -2.69f}, STEEL_GREY));
     EXPECT_TRUE(hasBox(mesh, {x - 0.2f, 28.6f, -2.92f}, {x + 0.2f, 29.05f, -2.52f}, STEEL_GREY)) << "hook";
 }

@@ -121,5 +121,7 @@ TEST(RoadMesh, TrafficOutsideItsRangeTakesTheColourOfTheNearestEnd) {
 TEST(RoadMesh, AMapFullOfRoadsIsOneQuadACell) {
     City city = flatCity();
     layRoads(city, 0, 0, 95, 95);
-    EXPECT_EQ(roadsOf(city).size(), 9216u * 6u);
+    const MeshBuilder roads = roadsOf(city);
+    EXPECT_EQ(roads.size(), 9216u * 6u);
+    EXPECT_EQ(roads.capacity(), roads.size()) << "room for them is made once";
 }

@@ -83,6 +83,7 @@ TEST(Trees, ATreeStandsInTheMiddleOfItsCellOnTheGround) {
     for (Cell& cell : city.cells) cell.hasTrees = 1;
     const MeshBuilder builder = treesOf(city);
     ASSERT_EQ(builder.size(), CELL_COUNT * TREE);
+    EXPECT_EQ(builder.capacity(), builder.size()) << "room for them is made once";
     for (int i = 0; i < CELL_COUNT; i++) {
         const Vec3 tip = builder[static_cast<size_t>(i) * TREE + 2].position;
         const Vec3 foot = builder[static_cast<size_t>(i) * TREE].position;
