@@ -302,6 +302,21 @@ TEST(Buses, RidersAreScaledUpToTheWholeWorkforce) {
     EXPECT_EQ(city.transitRiders, static_cast<int>(riders * (commuters / 360.0) + 0.5));
 }
 
+TEST(Buses, HalfARiderCountsAsOne) {
+    City city = busCity(20, 20);
+    for (int x = 15; x <= 24; x++) addHome(city, x, 18, 80);
+    addHome(city, 25, 18, 20); // 11 x 48 + 12 = 540: a sample stands for one and a half
+    int riders = 0;
+    for (city.day = 1; riders % 2 == 0; city.day++) {
+        riders = 0;
+        for (uint32_t s = 0; s < 360; s++)
+            if (hashUnit(s, static_cast<uint32_t>(city.day + 1), city.seed + 3) < 0.45f) riders++;
+    }
+    updateTraffic(city);
+    ASSERT_EQ(city.commuters, 540);
+    EXPECT_EQ(city.transitRiders, (riders * 3 + 1) / 2);
+}
+
 // --- trucks and load ------------------------------------------------------------------------------------
 
 TEST(Trucks, LoadTheRoadAtTheirFactoryByItsLevel) {
