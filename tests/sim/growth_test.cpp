@@ -110,6 +110,16 @@ TEST(Growth, TheWalkStartsAtThirtySevenCellsTimesTheDayAndWrapsAround) {
     EXPECT_LT(firstGrowth(250), 9250 - 9216 + 3 * GRID_SIZE);
 }
 
+TEST(Growth, TheWalkReachesTheFirstAndTheLastCellOfTheMap) {
+    for (const auto& [x, y, roadX] : {std::array{0, 0, 1}, {95, 95, 94}}) {
+        City city = oneCellCity();
+        homeCell(city).zone = ZONE_NONE;
+        city.cells[cellIndex(x, y)].zone = ZONE_RESIDENTIAL;
+        layRoads(city, roadX, y, roadX, y);
+        EXPECT_GT(growthsInAThousandDays(city), 0) << x;
+    }
+}
+
 TEST(Growth, AWalkThatStartsBelowZeroWrapsAroundToo) {
     // 37 times this day wraps around to a negative number.
     const int day = 100000000;

@@ -348,6 +348,15 @@ TEST(Happiness, OfTheCityIsThatOfItsResidents) {
     EXPECT_EQ(city.buildings[0].occupants, 7);
 }
 
+TEST(Happiness, OfTheCityIsThatOfItsOnlyResident) {
+    City city = withHome(1);
+    city.coverage[COVERAGE_EDUCATION][cellIndex(X, Y)] = 1.0f;
+    updatePopulation(city);
+    EXPECT_EQ(city.educatedShare, 1.0f);
+    EXPECT_EQ(city.happiness, city.buildings[0].happiness);
+    EXPECT_NE(city.happiness, 60.0f);
+}
+
 TEST(Happiness, OfTheCityCountsResidentsOfHomesThatDoNotWork) {
     City city = flatCity();
     addBuilding(city, X, Y, KIND_HOMES).occupants = 5;

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <limits>
 
 // A street along y = 20 from x = 10 to 40, homes above it and jobs below. Nothing stands there yet.
@@ -231,6 +232,21 @@ TEST(Ways, DoNotWrapAroundTheEdgeOfTheMap) {
     EXPECT_EQ(totalFlow(city), 0.0f);
 }
 
+TEST(Ways, TheFirstAndTheLastCellOfTheMapAreRoadsLikeAllOthers) {
+    for (const int corner : {0, 95}) {
+        const int inner = corner == 0 ? 1 : 94;
+        City city = flatCity();
+        layRoads(city, corner, corner, corner, corner);
+        addHome(city, inner, corner, 80);
+        addWorkingBuilding(city, corner, inner, KIND_FACTORY);
+        updateTraffic(city);
+        EXPECT_EQ(flowAt(city, corner, corner), 48.0f + 60.0f);
+        EXPECT_EQ(totalFlow(city), 48.0f + 60.0f);
+        for (const Building& building : city.buildings)
+            EXPECT_NEAR(building.congestion, 108.0f / 900.0f, 1e-6f);
+    }
+}
+
 // --- buses ----------------------------------------------------------------------------------------------
 
 // One home at 20,19 with 48 commuters, a stop at (x, y), and a depot.
@@ -278,6 +294,20 @@ TEST(Buses, StopWithinFiveCellsOfTheHomeCornersIncluded) {
     EXPECT_EQ(ridersOf(busCity(14, 20)), 0);
     EXPECT_EQ(ridersOf(busCity(20, 25)), 0);
     EXPECT_EQ(ridersOf(busCity(20, 13)), 0);
+}
+
+TEST(Buses, ServeTheMapsCornersToo) {
+    for (const auto& [x, y] : {std::pair{0, 0}, {95, 0}, {0, 95}, {95, 95}})
+        for (const int away : {0, 5, 6}) {
+            City city = flatCity();
+            const int stopX = std::abs(x - away);
+            const int stopY = std::abs(y - away);
+            city.cells[cellIndex(stopX, stopY)].busStop = 1;
+            addHome(city, x, y, 80);
+            addWorkingBuilding(city, 50, 50, KIND_BUS_DEPOT);
+            updateTraffic(city);
+            EXPECT_EQ(city.transitRiders > 0, away <= 5) << stopX << "," << stopY;
+        }
 }
 
 TEST(Buses, StandStillWithoutAWorkingDepot) {
