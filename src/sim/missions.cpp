@@ -3,7 +3,6 @@
 #include "sim/numbers.h"
 
 #include <algorithm>
-#include <cassert>
 
 static int roadCells(const CityStats& stats) {
     return saturated(int64_t{stats.streetCells} + stats.avenueCells); // a loaded file may hold anything
@@ -60,7 +59,6 @@ float missionProgress(const CityStats& stats, int mission) {
 }
 
 void checkMissions(City& city) {
-    assert(city.missionIndex >= 0 && city.missionIndex <= MISSION_COUNT);
     if (missionMet(computeStats(city), city.missionIndex)) {
         city.money += MISSION_REWARD;
         postEvent(city, STATUS_MISSION_COMPLETE, MISSION_REWARD);

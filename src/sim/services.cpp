@@ -85,8 +85,9 @@ static bool isPlace(int x, int y) {
 }
 
 static int placeIndex(int x, int y) {
-    assert(isPlace(x, y));
-    return (y + COVERAGE_MARGIN) * COVERAGE_SIDE + x + COVERAGE_MARGIN;
+    const int index = (y + COVERAGE_MARGIN) * COVERAGE_SIDE + x + COVERAGE_MARGIN;
+    assert(isPlace(x, y) && index >= 0 && index < COVERAGE_SIDE * COVERAGE_SIDE);
+    return index;
 }
 
 static void collectProviders(const City& city, Providers& providers) {

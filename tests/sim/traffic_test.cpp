@@ -286,6 +286,19 @@ TEST(Buses, CarryMoreWhereTransitComesFirst) {
     EXPECT_EQ(ridersOf(city), expectedRiders(city, 0.45f));
 }
 
+TEST(Buses, ARollOfExactlyTheShareDrives) {
+    City city = busCity(20, 20);
+    city.buildings[0].occupants = 1;
+    city.cells[cellIndex(20, 19)].district = 2;
+    city.districtPolicy[2] = POLICY_TRANSIT_FIRST;
+    city.day = 1;
+    city.seed = 19891096;
+    ASSERT_EQ(hashUnit(0, 1, city.seed + 3), 0.585f);
+    updateTraffic(city);
+    EXPECT_EQ(city.commuters, 1);
+    EXPECT_EQ(city.transitRiders, 0);
+}
+
 TEST(Buses, StopWithinFiveCellsOfTheHomeCornersIncluded) {
     EXPECT_GT(ridersOf(busCity(25, 24)), 0);
     EXPECT_GT(ridersOf(busCity(15, 14)), 0);
