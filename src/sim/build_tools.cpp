@@ -5,6 +5,8 @@
 #include "sim/grid_rect.h"
 #include "sim/networks.h"
 
+#include <cassert>
+
 static constexpr float ROAD_MAX_SLOPE = 1.6f;
 static constexpr float BUILDING_MAX_SLOPE = 1.2f;
 static constexpr double BUS_STOP_COST = 500.0;
@@ -36,6 +38,7 @@ static bool layRoad(City& city, int x, int y, int type) {
     }
     Cell& cell = city.cells[cellIndex(x, y)];
     const int cost = roadCost(type) - (cell.road ? roadCost(cell.road) : 0);
+    assert(cost > 0); // an avenue over a street is all that may replace a road
     if (cost > city.money) return refuse(city, STATUS_NO_MONEY_FOR_ROAD);
 
     city.money -= cost;
@@ -110,6 +113,7 @@ bool placeBuilding(City& city, int x, int y, int kind) {
     uint8_t reason = 0;
     if (!canPlaceBuilding(city, x, y, kind, &reason)) return refuse(city, static_cast<StatusId>(reason));
 
+    assert(kind >= KIND_POLICE_STATION && kind < KIND_COUNT);
     city.money -= buildingCost(kind, 1);
     Building building;
     building.kind = static_cast<uint8_t>(kind);
@@ -148,6 +152,7 @@ struct Demolition {
 // Takes the demolished out of the list, which keeps its order, and tells the cells. An index behind the list,
 // as a loaded file may have, falls with the others, so that a drag leaves what its cells one by one would.
 static void removeDemolished(City& city, const std::vector<uint8_t>& demolished) {
+    assert(demolished.size() == city.buildings.size());
     const auto listed = static_cast<int32_t>(demolished.size());
     std::vector<int32_t> newIndex(demolished.size(), -1);
     int32_t kept = 0;
@@ -167,6 +172,7 @@ static void removeDemolished(City& city, const std::vector<uint8_t>& demolished)
 
 static void demolish(City& city, int x, int y, Demolition& demolition) {
     const int index = city.cells[cellIndex(x, y)].buildingIndex;
+    assert(demolition.demolished.size() == city.buildings.size() && !demolition.demolished[index]);
     const Building& building = city.buildings[index];
     city.money += REFUND_SHARE * buildingCost(building.kind, building.level);
     demolition.demolished[index] = 1;

@@ -11,6 +11,7 @@ static int cellOf(float world, float& fraction) {
     if (!(cell > 0.0f)) cell = 0.0f;
     if (cell > 95.999f) cell = 95.999f;
     const int whole = static_cast<int>(cell);
+    assert(whole >= 0 && whole < GRID_SIZE);
     fraction = cell - static_cast<float>(whole);
     return whole;
 }
@@ -45,7 +46,10 @@ const Cell& cellAt(const City& city, int x, int y) {
     return inMap(x, y) ? city.cells[cellIndex(x, y)] : emptyLand;
 }
 
-float fieldAt(const Grid& grid, int x, int y) { return inMap(x, y) ? grid[cellIndex(x, y)] : 0.0f; }
+float fieldAt(const Grid& grid, int x, int y) {
+    assert(grid.size() == CELL_COUNT);
+    return inMap(x, y) ? grid[cellIndex(x, y)] : 0.0f;
+}
 
 int districtAt(const City& city, int x, int y) {
     const int district = cellAt(city, x, y).district;
@@ -69,11 +73,13 @@ const Building* buildingAt(const City& city, int x, int y) {
 }
 
 void setStatus(City& city, StatusId id, uint32_t arg) {
+    assert(id >= STATUS_WELCOME && id <= STATUS_NO_SAVED_GAME);
     city.statusId = id;
     city.statusArg = arg;
 }
 
 void postEvent(City& city, StatusId id, uint32_t arg) {
+    assert(city.events.size() <= EVENT_LIMIT);
     city.eventCount++;
     city.events.insert(city.events.begin(), GameEvent{id, arg});
     if (city.events.size() > EVENT_LIMIT) city.events.resize(EVENT_LIMIT);

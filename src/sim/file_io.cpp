@@ -1,6 +1,7 @@
 #include "sim/file_io.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstdio>
 
 // More than any settings file; a large save takes four more reads.
@@ -17,6 +18,7 @@ bool readFile(const std::string& path, size_t limit, std::vector<uint8_t>& bytes
         bytes.resize(std::min(limit, std::max(2 * used, FIRST_BLOCK)));
         used += std::fread(bytes.data() + used, 1, bytes.size() - used, file);
     }
+    assert(used <= bytes.size() && bytes.size() <= limit);
     const bool complete = !std::ferror(file);
     std::fclose(file);
     bytes.resize(complete ? used : 0);
@@ -24,6 +26,7 @@ bool readFile(const std::string& path, size_t limit, std::vector<uint8_t>& bytes
 }
 
 bool writeFile(const std::string& path, const void* data, size_t size) {
+    assert(data || size == 0);
     std::FILE* file = std::fopen(path.c_str(), "wb");
     if (!file) return false;
 

@@ -10,6 +10,7 @@ static constexpr int RATE_STEP = 10; // percent
 // Income per day at full staffing and normal rates: money per resident of a home, per level of the others.
 static double grossIncome(const Building& building) {
     constexpr std::array<int, 4> PER_LEVEL = {0, 14, 22, 12};
+    assert(isGrownKind(building.kind));
     if (building.kind == KIND_HOMES) return building.occupants * 0.5;
     return building.level * PER_LEVEL[building.kind] * static_cast<double>(building.staffing);
 }
@@ -17,6 +18,7 @@ static double grossIncome(const Building& building) {
 static double taxFactor(const City& city, const Building& building) {
     constexpr std::array<double, 3> FACTORS = {0.7, 1.0, 1.3};
     const int district = districtAt(city, building.x, building.y);
+    assert(city.districtTax[district] >= 0 && city.districtTax[district] < static_cast<int>(FACTORS.size()));
     return district == 0 ? 1.0 : FACTORS[city.districtTax[district]];
 }
 
@@ -24,6 +26,7 @@ static double dailyUpkeep(const City& city, const Building& building) {
     if (isGrownKind(building.kind)) return building.level * 0.5;
     if (building.kind >= KIND_COUNT) return 0.0;
     const BuildingKindRow& row = BUILDING_KINDS[building.kind];
+    assert(row.budgetIndex >= 0 && row.budgetIndex < static_cast<int>(city.serviceBudget.size()));
     // Multiplied as whole numbers first: 55 at 110 percent would otherwise not be 60.5 to the last digit.
     return row.upkeep * city.serviceBudget[row.budgetIndex] / 100.0;
 }

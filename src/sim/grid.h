@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <cassert>
 #include <cstdint>
 #include <vector>
 
@@ -16,8 +17,16 @@ template<class T> using PerCell = std::vector<T>; // CELL_COUNT entries, row by 
 using Grid = PerCell<float>;
 
 inline bool inMap(int x, int y) { return x >= 0 && y >= 0 && x < GRID_SIZE && y < GRID_SIZE; }
-inline int cellIndex(int x, int y) { return y * GRID_SIZE + x; }
-inline int cornerIndex(int x, int y) { return y * CORNER_SIDE + x; }
+
+inline int cellIndex(int x, int y) {
+    assert(inMap(x, y));
+    return y * GRID_SIZE + x;
+}
+
+inline int cornerIndex(int x, int y) {
+    assert(x >= 0 && y >= 0 && x < CORNER_SIDE && y < CORNER_SIDE);
+    return y * CORNER_SIDE + x;
+}
 
 // The order in which every rule looks at the four cells around one.
 struct CellStep {

@@ -6,6 +6,7 @@
 #include "sim/numbers.h"
 
 #include <algorithm>
+#include <cassert>
 
 static constexpr int CONDEMNED_UNSERVED_DAYS = 8; // only a loaded file brings any: no rule counts them up
 static constexpr int CONDEMNED_UNHAPPY_DAYS = 30;
@@ -31,6 +32,7 @@ static bool isWanted(const City& city, int zone) {
 
 static float growthChance(const City& city, int index) {
     const int zone = city.cells[index].zone - 1;
+    assert(zone >= 0 && zone < 4);
     const float landValue = city.landValue[index];
     if (landValue < MINIMUM_LAND_VALUE[zone]) return 0.0f;
 
@@ -126,6 +128,7 @@ void removeCondemnedBuildings(City& city) {
         if (cell.buildingIndex >= 0 && cell.buildingIndex < static_cast<int32_t>(newIndex.size()))
             cell.buildingIndex = newIndex[cell.buildingIndex];
     std::erase_if(city.buildings, isCondemned);
+    assert(kept == static_cast<int32_t>(city.buildings.size()));
     city.buildingsDirty = 1;
     city.overlayDirty = 1;
 }

@@ -1,5 +1,6 @@
 #include "sim/hash.h"
 
+#include <cassert>
 #include <cmath>
 
 float valueNoise(float x, float y, uint32_t salt) {
@@ -22,6 +23,7 @@ float valueNoise(float x, float y, uint32_t salt) {
 }
 
 float fractalNoise(float x, float y, float scale, int octaves, uint32_t salt) {
+    assert(octaves > 0);
     float sum = 0.0f;
     float amplitudes = 0.0f;
     float frequency = 1.0f;

@@ -3,6 +3,7 @@
 #include "sim/building_kinds.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstdlib>
 
 // What a source serves: buildings, and the half side of its square reach in cells.
@@ -21,7 +22,11 @@ static constexpr std::array<SourceRow, 4> SOURCE_ROWS = {{
 
 static bool isSource(int kind) { return kind >= KIND_GAS_POWER_PLANT && kind <= KIND_WATER_PUMP; }
 static bool isWaterSource(int kind) { return kind == KIND_WATER_PUMP; }
-static const SourceRow& sourceRow(int kind) { return SOURCE_ROWS[kind - KIND_GAS_POWER_PLANT]; }
+
+static const SourceRow& sourceRow(int kind) {
+    assert(isSource(kind) && SOURCE_ROWS[kind - KIND_GAS_POWER_PLANT].kind == kind);
+    return SOURCE_ROWS[kind - KIND_GAS_POWER_PLANT];
+}
 
 static int chebyshev(int x0, int y0, int x1, int y1) {
     return std::max(std::abs(x0 - x1), std::abs(y0 - y1));
@@ -80,6 +85,7 @@ static NetworkSource* searchSource(std::vector<NetworkSource>& sources, int x, i
         if (source.remaining == 0) continue;
         const int distance = chebyshev(source.x, source.y, x, y);
         if (distance > source.reach || (nearest && distance >= best)) continue;
+        assert(distance >= least);
         nearest = &source;
         best = distance;
         if (best == least) break;
@@ -89,6 +95,7 @@ static NetworkSource* searchSource(std::vector<NetworkSource>& sources, int x, i
 
 // Most buildings find the nearest source of their cell still full enough; only the others search.
 static NetworkSource* findSource(NetworkMemory& network, int x, int y) {
+    assert(network.drawn.size() == network.sources.size()); // otherwise `nearest` is of another run
     int least = 0;
     if (inMap(x, y)) {
         const int nearest = network.nearest[cellIndex(x, y)];
@@ -103,6 +110,7 @@ static NetworkSource* findSource(NetworkMemory& network, int x, int y) {
 static bool takeUnit(NetworkMemory& network, const Building& building) {
     NetworkSource* source = findSource(network, building.x, building.y);
     if (!source) return false;
+    assert(source->remaining > 0 && chebyshev(source->x, source->y, building.x, building.y) <= source->reach);
     source->remaining--;
     return true;
 }

@@ -1,11 +1,13 @@
 // Small arithmetic that stays defined whatever a loaded file holds.
 #pragma once
 
+#include <cassert>
 #include <cstdint>
 #include <limits>
 
 // Holds the value between both ends; NaN becomes the lower one.
 inline float hold(float value, float low, float high) {
+    assert(low <= high);
     if (!(value > low)) return low;
     return value < high ? value : high;
 }

@@ -4,6 +4,7 @@
 #include "sim/numbers.h"
 
 #include <algorithm>
+#include <cassert>
 
 static constexpr float EDUCATED_COVERAGE = 0.3f;
 static constexpr float UNHAPPY_BELOW = 8.0f;
@@ -46,6 +47,7 @@ static float shareOf(int64_t part, int64_t whole) {
 }
 
 static int32_t staffOf(const Building& building, float staffing) {
+    assert(staffing >= 0.0f && staffing <= 1.0f);
     const int places = jobPlaces(building.kind, building.level);
     return wholePart(static_cast<float>(places) * staffing + 0.5f);
 }
@@ -117,6 +119,7 @@ static void updateHappiness(const City& city, Building& building, float fill) {
 }
 
 static void updateResidents(Building& home, float demand) {
+    assert(home.kind == KIND_HOMES && isFinished(home));
     const int capacity = homeCapacity(home.level);
     const int step = capacity < 16 ? 1 : capacity / 8;
     int64_t residents = home.occupants;

@@ -10,6 +10,9 @@ static constexpr int MAX_DETOURS = 8;
 static constexpr int NOSE_LIMIT = 400;
 static constexpr int LONGEST_NOSE_WAY = 2 * (GRID_SIZE - 1) + 2 * MAX_DETOURS + 1;
 
+// Cells and marks are kept in 16 bits, steps to the target in 8.
+static_assert(CELL_COUNT <= UINT16_MAX && GRID_SIZE <= INT8_MAX);
+
 static constexpr std::array<int, 4> OFFSETS = {1, -1, GRID_SIZE, -GRID_SIZE};
 
 static void readRoads(RoadNetwork& network, const City& city) {
@@ -31,6 +34,7 @@ static void readRoads(RoadNetwork& network, const City& city) {
 }
 
 static void floodRegion(RoadNetwork& network, int start, uint16_t region) {
+    assert(network.type[start] && region > 0);
     network.queue.clear();
     network.queue.push_back(static_cast<uint16_t>(start));
     network.region[start] = region;
@@ -67,6 +71,7 @@ bool updateRoadNetwork(RoadNetwork& network, const City& city) {
 }
 
 int roadBeside(const RoadNetwork& network, int x, int y) {
+    assert(network.exits.size() == CELL_COUNT); // the roads have been read
     if (inMap(x, y)) {
         const int cell = cellIndex(x, y);
         const unsigned exits = network.exits[cell];
@@ -124,6 +129,7 @@ static int followNose(RoadNetwork& network, Nose& nose, int from, int detours) {
             const int exit = std::countr_zero(place->untried);
             place->untried = static_cast<uint8_t>(place->untried & (place->untried - 1));
             cell = place->cell + OFFSETS[exit];
+            assert(network.type[cell]);
             dx = place->dx - NEIGHBOURS[exit].x;
             dy = place->dy - NEIGHBOURS[exit].y;
             detours = place->detoursLeft - (place->towards >> exit & 1 ? 0 : 1);
@@ -164,6 +170,7 @@ static void startSearch(RoadNetwork& network) {
 // target, with one detour more after each failure: the first success is a shortest way, and the walk tries
 // its steps in the same order.
 bool findWay(RoadNetwork& network, int from, int to, std::vector<uint16_t>& way) {
+    assert(network.type[from] && network.type[to]);
     if (network.region[from] != network.region[to]) return false;
 
     startSearch(network);

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cassert>
 #include <cstddef>
 #include <cstring>
 #include <type_traits>
@@ -147,6 +148,7 @@ std::vector<uint8_t> encodeCity(const City& city) {
     writeRecords(writer, city.heights);
     writeRecords(writer, city.cells);
     writeRecords(writer, city.buildings);
+    assert(bytes.size() == HEAD_SIZE + city.buildings.size() * sizeof(Building));
     return bytes;
 }
 

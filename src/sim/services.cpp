@@ -4,11 +4,15 @@
 #include "sim/networks.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 
 // Indexed by CoverageIndex, in cells. The kinds from police station to bus depot stand in the same order.
 static constexpr std::array<int, 6> COVERAGE_RADIUS = {14, 14, 18, 12, 9, 14};
 static constexpr int COVERAGE_SERVICES = static_cast<int>(COVERAGE_RADIUS.size());
+static_assert(*std::max_element(COVERAGE_RADIUS.begin(), COVERAGE_RADIUS.end()) <= COVERAGE_MARGIN);
+static_assert(COVERAGE_SERVICES == COVERAGE_TRANSIT + 1 &&
+              KIND_BUS_DEPOT - KIND_POLICE_STATION == COVERAGE_TRANSIT);
 static constexpr int BUS_STOP_RADIUS = 3;
 static constexpr uint8_t BUS_STOP_BIT = 1 << COVERAGE_SERVICES; // in CoverageMemory::providers
 static constexpr int GAS_PLANT_RADIUS = 12;
@@ -48,6 +52,7 @@ static const Kernel& coverageKernel(int service) {
         std::transform(COVERAGE_RADIUS.begin(), COVERAGE_RADIUS.end(), all.begin(), makeKernel);
         return all;
     }();
+    assert(service >= 0 && service < COVERAGE_SERVICES);
     return kernels[service];
 }
 
@@ -60,6 +65,7 @@ static const Kernel& busStopKernel() {
 template<class Visit>
 static void forEachCellAround(int centreX, int centreY, const Kernel& kernel, Visit visit) {
     const int radius = kernel.radius;
+    assert(kernel.nearness.size() == static_cast<size_t>((2 * radius + 1) * (2 * radius + 1)));
     const int y0 = std::max(centreY - radius, 0);
     const int y1 = std::min(centreY + radius, GRID_SIZE - 1);
     for (int y = y0; y <= y1; y++) {
@@ -73,11 +79,15 @@ static void forEachCellAround(int centreX, int centreY, const Kernel& kernel, Vi
 
 using Providers = decltype(CoverageMemory::providers);
 
-static int placeIndex(int x, int y) { return (y + COVERAGE_MARGIN) * COVERAGE_SIDE + x + COVERAGE_MARGIN; }
-
 static bool isPlace(int x, int y) {
     return x >= -COVERAGE_MARGIN && y >= -COVERAGE_MARGIN && x < GRID_SIZE + COVERAGE_MARGIN &&
            y < GRID_SIZE + COVERAGE_MARGIN;
+}
+
+static int placeIndex(int x, int y) {
+    const int index = (y + COVERAGE_MARGIN) * COVERAGE_SIDE + x + COVERAGE_MARGIN;
+    assert(isPlace(x, y) && index >= 0 && index < COVERAGE_SIDE * COVERAGE_SIDE);
+    return index;
 }
 
 static void collectProviders(const City& city, Providers& providers) {

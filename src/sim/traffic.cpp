@@ -6,6 +6,7 @@
 #include "sim/road_network.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 
 static constexpr int BUS_STOP_REACH = 5; // cells to each side of the home
@@ -15,6 +16,7 @@ static constexpr float BUS_SHARE_TRANSIT_FIRST = 0.585f;
 static int64_t totalOf(const WeightedList& list) { return list.sums.empty() ? 0 : list.sums.back(); }
 
 static void add(WeightedList& list, int building, int64_t weight) {
+    assert(weight > 0); // the sums must rise
     const int64_t sum = totalOf(list) + weight;
     list.buildings.push_back(building);
     list.sums.push_back(sum);
@@ -22,6 +24,7 @@ static void add(WeightedList& list, int building, int64_t weight) {
 
 // The first entry whose sum is greater than `at`, or the last one.
 static int pick(const WeightedList& list, int64_t at) {
+    assert(!list.buildings.empty() && list.buildings.size() == list.sums.size() && at >= 0);
     const auto found = std::upper_bound(list.sums.begin(), list.sums.end(), at);
     return found == list.sums.end() ? list.buildings.back() : list.buildings[found - list.sums.begin()];
 }
@@ -95,6 +98,7 @@ static void driveToWork(City& city, int homeIndex, int jobIndex) {
 // Sends every sample to work by bus or by car. Homes are taken at even steps, so that each sends its share,
 // and jobs by chance. Answers how many ride the bus.
 static int drawCommutes(City& city, int samples, bool hasDepot) {
+    assert(samples >= 1 && samples <= COMMUTE_SAMPLES);
     const TrafficMemory& memory = city.memory.traffic;
     const double commuters = static_cast<double>(totalOf(memory.homes));
     const int64_t jobs = totalOf(memory.jobs);
@@ -124,7 +128,10 @@ static void addCommutes(City& city, double scale) {
 
     std::fill(memory.uses.begin(), memory.uses.end(), uint16_t{0});
     for (const int cell : memory.wayCells) memory.uses[cell]++;
-    for (const int cell : memory.network.cells) city.trafficFlow[cell] = flowOfUses[memory.uses[cell]];
+    for (const int cell : memory.network.cells) {
+        assert(memory.uses[cell] <= memory.ways.size()); // no way passes a cell twice
+        city.trafficFlow[cell] = flowOfUses[memory.uses[cell]];
+    }
 }
 
 static void addTrucks(City& city) {
@@ -154,6 +161,7 @@ static void updateLoad(City& city) {
 
 static float averageLoad(const City& city, size_t begin, size_t end) {
     const std::vector<uint16_t>& cells = city.memory.traffic.wayCells;
+    assert(begin < end && end <= cells.size());
     float sum = 0.0f;
     for (size_t i = begin; i < end; i++) sum += city.trafficLoad[cells[i]];
     return sum / static_cast<float>(end - begin);
@@ -174,6 +182,7 @@ static void updateCongestionOfHomes(City& city) {
         }
         city.buildings[home].congestion = sum / static_cast<float>(count);
     }
+    assert(begin == city.memory.traffic.wayCells.size());
 }
 
 static void updateCongestion(City& city) {
@@ -186,6 +195,7 @@ static void updateCongestion(City& city) {
 
 void updateTraffic(City& city) {
     TrafficMemory& memory = city.memory.traffic;
+    assert(memory.ways.empty() && memory.wayCells.empty());
     readRoads(city);
     const bool hasDepot = collectCommuters(city);
     if (hasDepot) markNearBusStops(city);

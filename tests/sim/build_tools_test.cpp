@@ -331,6 +331,18 @@ TEST(PlaceBuilding, EveryPlacedKindCostsItsPrice) {
     }
 }
 
+TEST(PlaceBuilding, AnyKindMayBeAskedForAlsoOneThatGrows) {
+    for (int kind = KIND_HOMES; kind <= KIND_WATER_PUMP; kind++) {
+        City city = flatCity();
+        city.money = buildingCost(kind, 1);
+        EXPECT_TRUE(canPlaceBuilding(city, X, Y, kind, nullptr)) << kind;
+        city.money -= 1.0;
+        uint8_t asked = 0;
+        EXPECT_FALSE(canPlaceBuilding(city, X, Y, kind, &asked)) << kind;
+        EXPECT_EQ(asked, STATUS_NO_MONEY) << kind;
+    }
+}
+
 TEST(PlaceBuilding, GrownAndUnknownKindsAreRefusedAsNothingHere) {
     City city = flatCity();
     for (const int kind : {0, 1, 2, 3, 14, 255, 256 + 4, -1}) {
@@ -447,6 +459,7 @@ TEST(Bulldoze, TheOtherBuildingsKeepTheirOrderAndTheirCells) {
     EXPECT_TRUE(bulldoze(city, 12, 20));
     ASSERT_EQ(city.buildings.size(), 4u);
     EXPECT_EQ(cellOf(city, 12, 20).buildingIndex, -1);
+    for (size_t i = 0; i < 4; i++) EXPECT_EQ(city.buildings[i].x, i < 2 ? 10 + i : 11 + i);
     for (const int x : {10, 11, 13, 14}) EXPECT_EQ(buildingAt(city, x, 20)->x, x);
     EXPECT_EQ(brokenInvariant(city), "");
 }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <limits>
 #include <string>
 
@@ -37,12 +38,50 @@ TEST(Calendar, LeapDayComesEveryFourthYearButNotIn2100) {
     EXPECT_EQ(dateOfDay(27028), "2100-3-1");
 }
 
+TEST(Calendar, EveryFourHundredYearsTheCenturyHasItsLeapDay) {
+    EXPECT_EQ(dateOfDay(-9497), "2000-2-29");
+    EXPECT_EQ(dateOfDay(136599), "2400-2-28");
+    EXPECT_EQ(dateOfDay(136600), "2400-2-29");
+    EXPECT_EQ(dateOfDay(136601), "2400-3-1");
+}
+
+TEST(Calendar, GoesBackBeforeTheFirstDayAndTheYearZero) {
+    EXPECT_EQ(dateOfDay(-1), "2026-2-28");
+    EXPECT_EQ(dateOfDay(-59), "2026-1-1");
+    EXPECT_EQ(dateOfDay(-739981), "0-3-1");
+    EXPECT_EQ(dateOfDay(-739982), "0-2-29");
+    EXPECT_EQ(dateOfDay(-739981 - 146097), "-400-3-1");
+    EXPECT_EQ(dateOfDay(-739982 - 146097), "-400-2-29");
+}
+
+// As a wall calendar counts them, past the first century years with and without a leap day.
+TEST(Calendar, EveryDayFollowsTheOneBefore) {
+    std::array<int, 12> lengths = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    City city;
+    std::array<int, 3> expected = {1, 3, 2026};
+    auto& [day, month, year] = expected;
+    for (city.calendarDay = 0; year < 2402; city.calendarDay++) {
+        std::array<int, 3> date;
+        calendarDate(city, date[0], date[1], date[2]);
+        ASSERT_EQ(date, expected);
+        lengths[1] = year % 400 == 0 || (year % 4 == 0 && year % 100 != 0) ? 29 : 28;
+        if (++day <= lengths[month - 1]) continue;
+        day = 1;
+        if (++month <= 12) continue;
+        month = 1;
+        year++;
+    }
+}
+
 TEST(Calendar, SeasonsTurnWithTheirMonths) {
     EXPECT_EQ(seasonOfDay(0), SEASON_SPRING);
     EXPECT_EQ(seasonOfDay(91), SEASON_SPRING);
     EXPECT_EQ(seasonOfDay(92), SEASON_SUMMER);
+    EXPECT_EQ(seasonOfDay(183), SEASON_SUMMER);
     EXPECT_EQ(seasonOfDay(184), SEASON_AUTUMN);
+    EXPECT_EQ(seasonOfDay(274), SEASON_AUTUMN);
     EXPECT_EQ(seasonOfDay(275), SEASON_WINTER);
+    EXPECT_EQ(seasonOfDay(306), SEASON_WINTER);
     EXPECT_EQ(seasonOfDay(364), SEASON_WINTER);
     EXPECT_EQ(seasonOfDay(365), SEASON_SPRING);
 }

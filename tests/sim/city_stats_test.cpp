@@ -46,26 +46,53 @@ TEST(CityStats, WithoutRoadsTheAveragesAreZero) {
     EXPECT_EQ(stats.averageTraffic, 0.0f);
 }
 
-TEST(CityStats, CountsZonesAndDistrictsAndCopiesTheRest) {
+TEST(CityStats, CopiesEveryFigure) {
+    City city;
+    city.money = 1.5;
+    city.lastIncome = 2.5;
+    city.lastExpense = 3.5;
+    city.population = 4;
+    city.jobs = 5;
+    city.employed = 6;
+    city.workers = 7;
+    city.happiness = 8.5f;
+    city.day = 9;
+    city.demand = {0.1f, 0.2f, 0.3f, 0.4f};
+    city.streetCells = 12; // as the last day counted them, not as the grid is now
+    city.avenueCells = 13;
+    city.educatedShare = 0.25f;
+    city.commuters = 14;
+    city.transitRiders = 15;
+    city.bankrupt = 1;
+    city.allMissionsDone = 2;
+    const CityStats stats = computeStats(city);
+    EXPECT_EQ(stats.money, 1.5);
+    EXPECT_EQ(stats.lastIncome, 2.5);
+    EXPECT_EQ(stats.lastExpense, 3.5);
+    EXPECT_EQ(stats.population, 4);
+    EXPECT_EQ(stats.jobs, 5);
+    EXPECT_EQ(stats.employed, 6);
+    EXPECT_EQ(stats.workers, 7);
+    EXPECT_EQ(stats.happiness, 8.5f);
+    EXPECT_EQ(stats.day, 9);
+    EXPECT_EQ(stats.demand, city.demand);
+    EXPECT_EQ(stats.streetCells, 12);
+    EXPECT_EQ(stats.avenueCells, 13);
+    EXPECT_EQ(stats.educatedShare, 0.25f);
+    EXPECT_EQ(stats.commuters, 14);
+    EXPECT_EQ(stats.transitRiders, 15);
+    EXPECT_EQ(stats.bankrupt, 1);
+    EXPECT_EQ(stats.allMissionsDone, 2);
+}
+
+TEST(CityStats, CountsZonesAndDistricts) {
     City city;
     city.cells[10].zone = ZONE_OFFICES;
     city.cells[11].zone = ZONE_RESIDENTIAL;
     city.cells[11].district = 3;
-    city.streetCells = 12; // as the last day counted them, not as the grid is now
-    city.avenueCells = 4;
-    city.population = 77;
-    city.money = -5.5;
-    city.demand = {0.1f, 0.2f, 0.3f, 0.4f};
-    city.bankrupt = 1;
     const CityStats stats = computeStats(city);
     EXPECT_EQ(stats.zonedCells, 2);
     EXPECT_EQ(stats.districtCells, 1);
-    EXPECT_EQ(stats.streetCells, 12);
-    EXPECT_EQ(stats.avenueCells, 4);
-    EXPECT_EQ(stats.population, 77);
-    EXPECT_EQ(stats.money, -5.5);
-    EXPECT_EQ(stats.demand, city.demand);
-    EXPECT_EQ(stats.bankrupt, 1);
 }
 
 TEST(CityStats, FindsALonelyCellWhereverItLies) {

@@ -44,6 +44,7 @@ TEST(City, HeightIsBilinearBetweenCorners) {
     EXPECT_FLOAT_EQ(heightAt(city, 0.0f, 0.0f), 0.0f);
     EXPECT_FLOAT_EQ(heightAt(city, 8.0f, 16.0f), 5.0f);
     EXPECT_FLOAT_EQ(heightAt(city, 12.0f, 4.0f), 1.5f + 1.0f);
+    EXPECT_FLOAT_EQ(heightAt(city, 0.25f, 0.0f), 0.25f / 8.0f);
 }
 
 TEST(City, HeightOffTheMapIsHeldToItsEdge) {
@@ -59,6 +60,19 @@ TEST(City, SlopeIsTheSpreadOfTheCornersOverTheWidth) {
     const City city = slopedCity();
     EXPECT_FLOAT_EQ(cellAverageHeight(city, 1, 1), 4.5f);
     EXPECT_FLOAT_EQ(cellSlope(city, 1, 1), 3.0f / 8.0f);
+}
+
+TEST(City, EachOfTheFourCornersCounts) {
+    for (const auto& [x, y] : {std::pair{40, 50}, {41, 50}, {40, 51}, {41, 51}}) {
+        City city;
+        city.heights[cornerIndex(x, y)] = 2.0f;
+        for (int cellY = 48; cellY <= 52; cellY++)
+            for (int cellX = 38; cellX <= 42; cellX++) {
+                const bool touches = (cellX == x || cellX == x - 1) && (cellY == y || cellY == y - 1);
+                EXPECT_EQ(cellAverageHeight(city, cellX, cellY), touches ? 0.5f : 0.0f);
+                EXPECT_EQ(cellSlope(city, cellX, cellY), touches ? 0.25f : 0.0f);
+            }
+    }
 }
 
 TEST(City, MarkingACellOffTheMapMarksNothing) {
@@ -114,6 +128,47 @@ TEST(City, TheSeventhEventDropsTheOldestWhileTheCountGoesOn) {
     EXPECT_EQ(city.eventCount, 7u);
 }
 
+// Their texts are found by the number.
+TEST(City, StatusesAreNumberedFromOneWithoutAGap) {
+    constexpr StatusId IN_ORDER[] = {STATUS_WELCOME,
+                                     STATUS_LOADED,
+                                     STATUS_NO_ROAD_HERE,
+                                     STATUS_NO_MONEY_FOR_ROAD,
+                                     STATUS_AVENUE_BUILT,
+                                     STATUS_STREET_BUILT,
+                                     STATUS_ZONED,
+                                     STATUS_ROCK_NOT_ZONED,
+                                     STATUS_PAINTED,
+                                     STATUS_CLEARED,
+                                     STATUS_NO_MONEY,
+                                     STATUS_OUTSIDE_MAP,
+                                     STATUS_ON_WATER,
+                                     STATUS_TOO_STEEP,
+                                     STATUS_OCCUPIED,
+                                     STATUS_ROAD_HERE,
+                                     STATUS_BUS_STOP_NEEDS_ROAD,
+                                     STATUS_BUS_STOP_BUILT,
+                                     STATUS_NOTHING_HERE,
+                                     STATUS_ZONED_HERE,
+                                     STATUS_CONSTRUCTION_STARTED,
+                                     STATUS_DEMOLISHED,
+                                     STATUS_ROAD_REMOVED,
+                                     STATUS_ZONE_REMOVED,
+                                     STATUS_DISTRICT_PAINTED,
+                                     STATUS_DISTRICT_CLEARED,
+                                     STATUS_BUS_STOP_REMOVED,
+                                     STATUS_FINISHED,
+                                     STATUS_ABANDONED,
+                                     STATUS_BANKRUPT,
+                                     STATUS_MISSION_COMPLETE,
+                                     STATUS_ALL_MISSIONS_COMPLETE,
+                                     STATUS_GAME_SAVED,
+                                     STATUS_SAVE_FAILED,
+                                     STATUS_NO_SAVED_GAME};
+    int number = 1;
+    for (const StatusId id : IN_ORDER) EXPECT_EQ(id, number++);
+}
+
 TEST(BuildingKinds, HomesEmployNobodyAtAnyLevel) {
     for (int level = 0; level <= 255; level++) EXPECT_EQ(jobPlaces(KIND_HOMES, level), 0);
 }
@@ -123,18 +178,29 @@ TEST(BuildingKinds, JobsOfGrownKindsGrowWithTheSquareOfTheLevel) {
     EXPECT_EQ(jobPlaces(KIND_SHOPS, 3), 36);
     EXPECT_EQ(jobPlaces(KIND_OFFICE_TOWER, 2), 32);
     EXPECT_EQ(jobPlaces(KIND_FACTORY, 3), 72);
-    EXPECT_EQ(jobPlaces(KIND_HOSPITAL, 1), 40);
-    EXPECT_EQ(jobPlaces(KIND_WATER_PUMP, 1), 6);
+    EXPECT_EQ(jobPlaces(KIND_FACTORY, 1), 8);
     EXPECT_EQ(jobPlaces(14, 1), 0);
     EXPECT_EQ(jobPlaces(255, 3), 0);
     EXPECT_EQ(jobPlaces(-1, 3), 0);
 }
 
+TEST(BuildingKinds, PlacedKindsEmployTheirNumber) {
+    constexpr int PLACES[] = {14, 14, 40, 25, 2, 12, 22, 5, 4, 6};
+    for (int kind = KIND_POLICE_STATION; kind <= KIND_WATER_PUMP; kind++)
+        EXPECT_EQ(jobPlaces(kind, 1), PLACES[kind - KIND_POLICE_STATION]) << kind;
+}
+
 TEST(BuildingKinds, CostsAndCapacities) {
     EXPECT_EQ(roadCost(ROAD_STREET), 80);
     EXPECT_EQ(roadCost(ROAD_AVENUE), 240);
-    EXPECT_EQ(buildingCost(KIND_FACTORY, 2), 14000);
-    EXPECT_EQ(buildingCost(KIND_FACTORY, 0), 7000);
+    constexpr int COSTS[] = {4000,  6000, 9000,  7000,  15000, 15000, 40000,
+                             25000, 6000, 30000, 60000, 35000, 30000, 25000};
+    for (int kind = KIND_HOMES; kind <= KIND_WATER_PUMP; kind++) {
+        EXPECT_EQ(buildingCost(kind, 0), COSTS[kind]) << kind;
+        EXPECT_EQ(buildingCost(kind, 1), COSTS[kind]) << kind;
+        EXPECT_EQ(buildingCost(kind, 3), 3 * COSTS[kind]) << kind;
+    }
+    EXPECT_EQ(buildingCost(-1, 1), 0);
     EXPECT_EQ(buildingCost(14, 1), 0);
     EXPECT_EQ(homeCapacity(1), 8);
     EXPECT_EQ(homeCapacity(2), 30);

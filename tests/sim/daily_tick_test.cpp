@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
 
 static void tick(City& city, int days) {
@@ -47,11 +48,12 @@ TEST(Weather, LastsThreeToSevenDaysAndRainsThreeTimesInTen) {
     std::array<int, 8> spells = {};
     int rainy = 0;
     int total = 0;
-    for (city.seed = 1; city.seed <= 100; city.seed++) {
+    for (city.seed = 1; city.seed <= 200; city.seed++) {
         city.day = 0;
         city.money = 1e9;
         city.weatherDaysLeft = 1;
         tick(city, 1);
+        ASSERT_EQ(city.raining, hashCell(1, 7, city.seed) % 100 < 30) << "seed " << city.seed;
         spells[city.weatherDaysLeft]++;
         rainy += city.raining;
         total++;
@@ -79,6 +81,19 @@ TEST(Construction, TakesTwoDaysForGrownKindsFiveForPowerAndThreeForTheRest) {
     for (uint8_t kind = 0; kind < KIND_COUNT; kind++) {
         City city = flatCity();
         EXPECT_EQ(constructionDays(city, kind), days[kind]) << "kind " << int{kind};
+    }
+}
+
+TEST(Construction, MovesByAHalfAFifthOrAThirdADay) {
+    for (uint8_t kind = 0; kind < KIND_COUNT; kind++) {
+        City city = flatCity();
+        addBuilding(city, 50, 50, kind).progress = 0.0f;
+        tick(city, 1);
+        const bool isPowerSource = kind >= KIND_GAS_POWER_PLANT && kind <= KIND_WIND_TURBINE;
+        EXPECT_EQ(city.buildings[0].progress, isGrownKind(kind) ? 0.5f
+                                              : isPowerSource   ? 0.2f
+                                                                : 0.33333334f)
+            << "kind " << int{kind};
     }
 }
 
@@ -176,6 +191,149 @@ TEST(DailyTick, EveryRuleHoldsAtTheEndOfEachDayOfAGrowingTown) {
         ASSERT_EQ(brokenInvariant(city), "") << "day " << city.day;
     }
     EXPECT_GT(city.population, 50);
+}
+
+// --- the order of the day: each step sees what those before it left, and nothing of those behind it --------
+
+TEST(OrderOfTheDay, TheWeatherIsRolledForTheNewDayAndFeltAtOnce) {
+    City wet = flatCity();
+    addBuilding(wet, 50, 50, KIND_PARK);
+    wet.day = 7;
+    wet.weatherDaysLeft = 1;
+    const auto rainsOn = [&wet](uint32_t day) { return hashCell(day, 7, wet.seed) % 100 < 30; };
+    while (rainsOn(7) || !rainsOn(8)) wet.seed++;
+    City dry = wet;
+    dry.weatherDaysLeft = 2;
+    tick(wet, 1);
+    tick(dry, 1);
+    EXPECT_EQ(wet.raining, 1);
+    EXPECT_NEAR(dry.buildings[0].happiness - wet.buildings[0].happiness, 0.4f, 1e-4f);
+}
+
+TEST(OrderOfTheDay, WhatIsFinishedTodayServesAndRaisesItsLandAndPleasesToday) {
+    City city = flatCity();
+    layRoads(city, 50, 49, 50, 49);
+    Building& park = addBuilding(city, 50, 50, KIND_PARK);
+    park.progress = 0.9f;
+    // All of yesterday's fields are wrong.
+    park.congestion = 1.0f;
+    for (Grid& grid : city.coverage) std::fill(grid.begin(), grid.end(), 1.0f);
+    for (Grid* grid : {&city.trafficLoad, &city.pollution, &city.landValue})
+        std::fill(grid->begin(), grid->end(), 1.0f);
+    tick(city, 1);
+    EXPECT_EQ(city.buildings[0].working, 1);
+    EXPECT_EQ(city.coverage[COVERAGE_PARKS][cellIndex(50, 50)], 1.0f);
+    EXPECT_EQ(city.coverage[COVERAGE_POLICE][cellIndex(50, 50)], 0.0f);
+    EXPECT_EQ(city.landValue[cellIndex(50, 50)], 0.45f + 0.25f + 0.08f);
+    EXPECT_FLOAT_EQ(city.buildings[0].happiness, 60.0f + (55.0f + 12.0f + 0.38f * 20.0f - 60.0f) * 0.2f);
+}
+
+TEST(OrderOfTheDay, ThoseWhoMoveInTodayPayTodayAndDriveTomorrow) {
+    City city = flatCity();
+    layRoads(city, 50, 49, 52, 49);
+    addBuilding(city, 50, 50, KIND_WIND_TURBINE);
+    addBuilding(city, 51, 50, KIND_WATER_PUMP);
+    addBuilding(city, 52, 50, KIND_HOMES).occupants = 5; // served since this morning
+    city.workers = city.population = 1000;
+    city.lastIncome = city.lastExpense = 1000.0;
+    tick(city, 1);
+    EXPECT_EQ(city.buildings[2].occupants, 6);
+    EXPECT_EQ(city.commuters, 3);
+    EXPECT_EQ(city.population, 5);
+    EXPECT_EQ(city.lastIncome, 3.0);
+    EXPECT_EQ(city.demand[0], (4.0f + 6.0f - 3.0f) / 303.0f) << "two places of work and today's workers";
+    ASSERT_EQ(city.historyCount, 1);
+    EXPECT_EQ(city.history[HISTORY_INCOME][0], 3.0f);
+    EXPECT_EQ(city.history[HISTORY_EXPENSES][0], static_cast<float>(40 + 55 + 0.5 + 3 * 0.6));
+    EXPECT_EQ(city.history[HISTORY_POPULATION][0], 5.0f);
+    EXPECT_FLOAT_EQ(city.history[HISTORY_HAPPINESS][0], city.buildings[2].happiness);
+}
+
+TEST(OrderOfTheDay, AHigherLevelIsReachedByTodaysHappinessAsksForWorkersTodayAndCostsTomorrow) {
+    City city = flatCity();
+    layRoads(city, 50, 49, 53, 49);
+    addBuilding(city, 50, 50, KIND_SHOPS).happiness = 61.9f;
+    addBuilding(city, 51, 50, KIND_PARK);
+    addBuilding(city, 52, 50, KIND_WIND_TURBINE);
+    addBuilding(city, 53, 50, KIND_WATER_PUMP);
+    const auto roll = [&city] {
+        return hashUnit(50 * 13 + static_cast<uint32_t>(city.day) + 1, 50, city.seed + 77);
+    };
+    while (roll() >= 0.05f) city.day++;
+    tick(city, 1);
+    ASSERT_EQ(city.buildings[0].level, 2);
+    EXPECT_EQ(city.jobs, 4 + 2 + 4 + 6);
+    EXPECT_EQ(city.demand[0], (16.0f + 2.0f + 4.0f + 6.0f) / 300.0f);
+    EXPECT_EQ(city.lastExpense, 0.5 + 6 + 40 + 55 + 0.6 + 0.6 + 0.6 + 0.6);
+}
+
+TEST(OrderOfTheDay, TheLandOfABuildingThatFallsStaysEmptyUntilTomorrow) {
+    City bare = flatCity();
+    layRoads(bare, 50, 49, 50, 49);
+    bare.cells[cellIndex(50, 50)].zone = ZONE_RESIDENTIAL;
+    bare.demand[0] = 1.0f;
+    const auto roll = [&bare] {
+        const uint32_t tomorrow = static_cast<uint32_t>(bare.day) + 1;
+        return hashUnit(50 * 31 + tomorrow, 50, tomorrow * 97 + bare.seed);
+    };
+    while (roll() >= 0.1f) bare.day++;
+    City built = bare;
+    addBuilding(built, 50, 50, KIND_HOMES).unhappyDays = 1000;
+    tick(bare, 1);
+    tick(built, 1);
+    EXPECT_EQ(bare.buildings.size(), 1u);
+    EXPECT_TRUE(built.buildings.empty());
+}
+
+// The farm serves 45 of the 46, until the first one falls.
+TEST(OrderOfTheDay, WhatTheAbandonedUsedServesOthersInTheEveningAndCountsTomorrow) {
+    City city = flatCity();
+    layRoads(city, 32, 49, 64, 49);
+    addBuilding(city, 48, 50, KIND_SOLAR_FARM);
+    addBuilding(city, 49, 50, KIND_WATER_PUMP);
+    addBuilding(city, 47, 50, KIND_HOMES).unhappyDays = 1000;
+    for (int i = 0; i < 45; i++) {
+        const uint8_t kind = i < 29 ? KIND_BUS_DEPOT : i < 35 ? KIND_OFFICE_TOWER : KIND_SHOPS;
+        addBuilding(city, i < 30 ? 34 + i : 20 + i, i < 30 ? 48 : 50, kind);
+    }
+    city.missionIndex = 2; // 10 shops and 6 offices
+    tick(city, 1);
+    ASSERT_EQ(city.buildings.size(), 47u);
+    for (const Building& building : city.buildings) EXPECT_EQ(building.working, 1);
+    EXPECT_EQ(city.jobs, 5 + 6 + 29 * 12 + 6 * 8 + 9 * 4);
+    EXPECT_EQ(city.demand[0], 1.0f);
+    EXPECT_EQ(city.demand[1], -36.0f / 300.0f);
+    EXPECT_EQ(city.missionIndex, 2);
+    tick(city, 1);
+    EXPECT_EQ(city.jobs, 5 + 6 + 29 * 12 + 6 * 8 + 10 * 4);
+    EXPECT_EQ(city.missionIndex, 3);
+}
+
+TEST(OrderOfTheDay, BillsBankruptACityBeforeAMissionOfTheSameDayCouldSaveIt) {
+    City city = flatCity();
+    layRoads(city, 10, 10, 29, 10); // 12 a day, and counted today
+    for (int x = 10; x < 30; x++) city.cells[cellIndex(x, 40)].zone = ZONE_OFFICES;
+    city.money = 2.0;
+    city.daysBelowZero = 9;
+    tick(city, 1);
+    EXPECT_EQ(city.bankrupt, 1);
+    EXPECT_EQ(city.daysBelowZero, 10);
+    EXPECT_EQ(city.missionIndex, 1);
+    EXPECT_NEAR(city.money, 2.0 - 12.0 + 15000.0, 1e-9);
+    ASSERT_EQ(city.events.size(), 2u);
+    EXPECT_EQ(city.events[0].id, STATUS_MISSION_COMPLETE);
+    EXPECT_EQ(city.events[1].id, STATUS_BANKRUPT);
+}
+
+TEST(OrderOfTheDay, AMissionIsMetByThePeopleOfToday) {
+    City city = flatCity();
+    layRoads(city, 50, 49, 52, 49);
+    addBuilding(city, 50, 50, KIND_WIND_TURBINE);
+    addBuilding(city, 51, 50, KIND_WATER_PUMP);
+    addBuilding(city, 52, 50, KIND_HOMES, 3).occupants = 80;
+    city.missionIndex = 1;
+    tick(city, 1);
+    EXPECT_EQ(city.missionIndex, 2);
 }
 
 // --- bankruptcy -----------------------------------------------------------------------------------------

@@ -1,6 +1,6 @@
 #include "sim/finance.h"
 
-#include "sim/city_helpers.h"
+#include "sim/expect_exactly.h"
 
 #include <gtest/gtest.h>
 
@@ -36,6 +36,16 @@ TEST(Finance, TheTreasuryMovesByTheDifference) {
     EXPECT_EQ(city.lastIncome, 0.0);
     EXPECT_EQ(city.lastExpense, 0.0);
     EXPECT_EQ(city.money, 13.0);
+}
+
+TEST(Finance, MovesTheTreasuryAndNothingElse) {
+    City city = cityOf(KIND_HOMES);
+    city.buildings[0].occupants = 7;
+    expectExactly(city, updateFinance, [](City& c) {
+        c.lastIncome = 3.5;
+        c.lastExpense = 0.5;
+        c.money = 150003.0;
+    });
 }
 
 TEST(Finance, HomesPayByResidentsAndTheOthersByLevelAndStaffing) {
@@ -188,6 +198,18 @@ TEST(Rates, BudgetsMoveByTenBetween50And150) {
         adjustBudget(city, i, -1);
         EXPECT_EQ(city.serviceBudget[i], 50);
     }
+}
+
+TEST(Rates, ChangeTheirOwnEntryAndNothingElse) {
+    City city;
+    expectExactly(
+        city, [](City& c) { adjustTax(c, 2, 1); }, [](City& c) { c.taxRate[2] = 110; });
+    expectExactly(
+        city, [](City& c) { adjustBudget(c, 5, -1); }, [](City& c) { c.serviceBudget[5] = 90; });
+    expectExactly(
+        city, [](City& c) { cycleDistrictTax(c, 1); }, [](City& c) { c.districtTax[1] = 2; });
+    expectExactly(
+        city, [](City& c) { toggleDistrictPolicy(c, 8, 4); }, [](City& c) { c.districtPolicy[8] = 4; });
 }
 
 TEST(Rates, AnyNumberOfStepsEndsAtTheLimit) {

@@ -1,4 +1,4 @@
-#include "sim/city_helpers.h"
+#include "sim/expect_exactly.h"
 #include "sim/growth.h"
 #include "sim/hash.h"
 
@@ -59,6 +59,19 @@ TEST(Growth, ANewBuildingIsOfItsZonesKindAndStartsAtNothing) {
     }
 }
 
+TEST(Growth, ChangesTheCellsOfTheNewBuildingsAndNothingMore) {
+    City city = zonedCity();
+    City grown = city;
+    growZones(grown);
+    ASSERT_GT(grown.buildings.size(), 5u);
+    expectExactly(city, growZones, [&grown](City& c) {
+        for (const Building& building : grown.buildings) {
+            addBuilding(c, building.x, building.y, KIND_HOMES).progress = 0.0f;
+            c.cellDirty[cellIndex(building.x, building.y)] = 1;
+        }
+    });
+}
+
 TEST(Growth, AtMostFourteenBuildingsRiseInADay) {
     City city = zonedCity();
     for (int y = 0; y < GRID_SIZE; y++)
@@ -95,6 +108,16 @@ TEST(Growth, TheWalkStartsAtThirtySevenCellsTimesTheDayAndWrapsAround) {
     EXPECT_GE(firstGrowth(249), 9213 - 9216 + 96)
         << "9213 is the end of the map: the walk goes on at its top";
     EXPECT_LT(firstGrowth(250), 9250 - 9216 + 3 * GRID_SIZE);
+}
+
+TEST(Growth, TheWalkReachesTheFirstAndTheLastCellOfTheMap) {
+    for (const auto& [x, y, roadX] : {std::array{0, 0, 1}, {95, 95, 94}}) {
+        City city = oneCellCity();
+        homeCell(city).zone = ZONE_NONE;
+        city.cells[cellIndex(x, y)].zone = ZONE_RESIDENTIAL;
+        layRoads(city, roadX, y, roadX, y);
+        EXPECT_GT(growthsInAThousandDays(city), 0) << x;
+    }
 }
 
 TEST(Growth, AWalkThatStartsBelowZeroWrapsAroundToo) {
@@ -202,6 +225,13 @@ TEST(Growth, TheChanceFollowsDemandAndLandValue) {
     expectGrowthByRoll(city, 0.75f * 0.1f * 1.1f);
 }
 
+TEST(Growth, TheChanceMayBeAsSmallAsItComes) {
+    City city = oneCellCity();
+    city.landValue[cellIndex(HOME_X, HOME_Y)] = 0.4f;
+    city.demand[0] = -0.2f;
+    expectGrowthByRoll(city, 0.05f * 0.1f * 1.0f);
+}
+
 TEST(Growth, RainSlowsGrowth) {
     City city = oneCellCity();
     city.landValue[cellIndex(HOME_X, HOME_Y)] = 0.5f;
@@ -256,6 +286,27 @@ TEST(Levels, AHappyBuildingOnGoodLandRises) {
     updateBuildingLevels(city);
     EXPECT_EQ(city.buildings[0].level, 3);
     EXPECT_EQ(city.buildingsDirty, 1);
+}
+
+TEST(Levels, OfABuildingChangeNothingElse) {
+    City city = levelCity();
+    addWorkingBuilding(city, HOME_X + 1, HOME_Y, KIND_HOMES, 3).happiness = 70.0f;
+    addWorkingBuilding(city, HOME_X + 2, HOME_Y, KIND_SCHOOL).happiness = 70.0f;
+    expectExactly(city, updateBuildingLevels, [](City& c) {
+        c.buildings[0].level = 3;
+        c.buildingsDirty = 1;
+    });
+    city.buildings[1].unhappyDays = 30;
+    expectExactly(city, updateBuildingLevels, [](City& c) {
+        c.buildings[1].kind = KIND_CONDEMNED;
+        postEvent(c, STATUS_ABANDONED, KIND_HOMES);
+    });
+    expectExactly(city, removeCondemnedBuildings, [](City& c) {
+        c.buildings.erase(c.buildings.begin() + 1);
+        c.cells[cellIndex(HOME_X + 1, HOME_Y)].buildingIndex = -1;
+        c.cells[cellIndex(HOME_X + 2, HOME_Y)].buildingIndex = 1;
+        c.overlayDirty = 1;
+    });
 }
 
 TEST(Levels, RisingNeedsEveryCondition) {

@@ -1,4 +1,5 @@
 #include "sim/city_stats.h"
+#include "sim/hash.h"
 #include "sim/map_generation.h"
 
 #include <gtest/gtest.h>
@@ -67,6 +68,27 @@ TEST(MapGeneration, TerrainFollowsHeightAndSlope) {
             ASSERT_TRUE(!cell.hasTrees || cell.terrain == TERRAIN_WOODLAND);
         }
     for (const int count : counts) EXPECT_GT(count, 0);
+}
+
+// Seeds with a cell that lies exactly on a limit.
+TEST(MapGeneration, OnALimitTheLandIsTheMilder) {
+    const City shore = generated(3786);
+    ASSERT_EQ(cellAverageHeight(shore, 13, 35), 5.6f);
+    EXPECT_EQ(cellAt(shore, 13, 35).terrain, TERRAIN_SAND);
+
+    const City hill = generated(2990);
+    ASSERT_EQ(cellAverageHeight(hill, 8, 85), 24.0f);
+    ASSERT_LE(cellSlope(hill, 8, 85), 1.4f);
+    EXPECT_EQ(cellAt(hill, 8, 85).terrain, TERRAIN_WOODLAND);
+
+    const City meadow = generated(1065);
+    ASSERT_EQ(fractalNoise(82.0f, 51.0f, 0.13f, 3, 1065 + 900), 0.53f);
+    EXPECT_EQ(cellAt(meadow, 82, 51).terrain, TERRAIN_GRASS);
+
+    const City glade = generated(5611);
+    ASSERT_EQ(hashUnit(7, 59, 5611 + 5), 0.35f);
+    EXPECT_EQ(cellAt(glade, 7, 59).terrain, TERRAIN_WOODLAND);
+    EXPECT_EQ(cellAt(glade, 7, 59).hasTrees, 0);
 }
 
 TEST(MapGeneration, ResetsTheGameButGoesOnWithTheCalendarAndTheEventCount) {

@@ -1,6 +1,6 @@
 #include "sim/missions.h"
 
-#include "sim/city_helpers.h"
+#include "sim/expect_exactly.h"
 
 #include <gtest/gtest.h>
 
@@ -156,6 +156,35 @@ TEST(MissionProgress, IsTheTablesMeanOfItsParts) {
     EXPECT_EQ(missionProgress(metropolis), 0.75f);
 }
 
+TEST(MissionProgress, RisesWithEachOfItsParts) {
+    City streets = atMission(0);
+    streets.avenueCells = 10;
+    EXPECT_EQ(missionProgress(streets), 0.25f);
+    zoneCells(streets, 5);
+    EXPECT_EQ(missionProgress(streets), 0.375f);
+
+    City mainStreet = atMission(2);
+    addMany(mainStreet, KIND_SHOPS, 5);
+    EXPECT_EQ(missionProgress(mainStreet), 0.25f);
+
+    for (const uint8_t kind : {KIND_POLICE_STATION, KIND_FIRE_STATION, KIND_HOSPITAL}) {
+        City safety = atMission(3);
+        addMany(safety, kind, 1);
+        EXPECT_EQ(missionProgress(safety), 0.25f);
+    }
+
+    City green = atMission(4);
+    layRoads(green, 0, 0, 95, 23);
+    std::fill(green.pollution.begin(), green.pollution.end(), 1.0f); // 0.25 is not clean
+    EXPECT_EQ(missionProgress(green), 0.0f);
+    addMany(green, KIND_PARK, 1);
+    EXPECT_FLOAT_EQ(missionProgress(green), 1.0f / 9.0f);
+
+    City metropolis = atMission(5);
+    metropolis.happiness = 30.0f;
+    EXPECT_EQ(missionProgress(metropolis), 0.25f);
+}
+
 TEST(MissionProgress, IsOneWhenAllAreDone) {
     EXPECT_EQ(missionProgress(atMission(6)), 1.0f);
     EXPECT_EQ(missionProgress(atMission(7)), 1.0f);
@@ -164,10 +193,11 @@ TEST(MissionProgress, IsOneWhenAllAreDone) {
 TEST(Missions, TheRewardIsAnnounced) {
     City city = atMission(1);
     city.population = 80;
-    checkMissions(city);
-    ASSERT_EQ(city.events.size(), 1u);
-    EXPECT_EQ(city.events[0].id, STATUS_MISSION_COMPLETE);
-    EXPECT_EQ(city.events[0].arg, 15000u);
+    expectExactly(city, checkMissions, [](City& c) {
+        c.missionIndex = 2;
+        c.money = 165000.0;
+        postEvent(c, STATUS_MISSION_COMPLETE, 15000);
+    });
 }
 
 TEST(Missions, TwoMetOnOneDayCompleteOnConsecutiveDays) {

@@ -145,10 +145,9 @@ TEST(Utilities, EverySourceServesItsCapacityAndTheOldestBuildingsWin) {
     struct Row {
         uint8_t kind;
         int capacity;
-        int reach;
     };
-    for (const Row& row : {Row{KIND_GAS_POWER_PLANT, 150, 30}, Row{KIND_SOLAR_FARM, 45, 16},
-                           Row{KIND_WIND_TURBINE, 60, 22}, Row{KIND_WATER_PUMP, 130, 20}}) {
+    for (const Row& row : {Row{KIND_GAS_POWER_PLANT, 150}, Row{KIND_SOLAR_FARM, 45},
+                           Row{KIND_WIND_TURBINE, 60}, Row{KIND_WATER_PUMP, 130}}) {
         City city = flatCity();
         addBuilding(city, 48, 48, row.kind);
         city.cells[cellIndex(48, 49)].road = ROAD_STREET;
@@ -249,15 +248,25 @@ TEST(Utilities, AnEmptySourceLeavesTheBuildingToTheNext) {
     EXPECT_EQ(city.buildings.back().powered, 1);
 }
 
-TEST(Utilities, ASourceServesToTheEdgeOfItsSquareAndNoFarther) {
-    City city = cityOfFarms({40});
-    for (const int distance : {16, 17}) {
-        addBuilding(city, 40 - distance, 32 - distance, KIND_BUS_DEPOT);
-        addBuilding(city, 40 + distance, 32 + distance, KIND_BUS_DEPOT);
+TEST(Utilities, EverySourceServesToTheEdgeOfItsSquareAndNoFarther) {
+    for (const auto& [kind, reach] : {std::pair{KIND_GAS_POWER_PLANT, 30},
+                                      {KIND_SOLAR_FARM, 16},
+                                      {KIND_WIND_TURBINE, 22},
+                                      {KIND_WATER_PUMP, 20}}) {
+        City city = flatCity();
+        addBuilding(city, 48, 48, kind);
+        city.cells[cellIndex(48, 49)].road = ROAD_STREET;
+        for (const int distance : {reach, reach + 1})
+            for (const auto& [x, y] : {std::pair{-1, -1}, {1, 1}, {-1, 0}, {1, 0}, {0, -1}, {0, 1}})
+                addBuilding(city, 48 + x * distance, 48 + y * distance, KIND_SCHOOL);
+        updateUtilities(city);
+        const Grid& field = kind == KIND_WATER_PUMP ? city.waterField : city.powerField;
+        for (size_t i = 1; i < city.buildings.size(); i++) {
+            const Building& school = city.buildings[i];
+            EXPECT_EQ(kind == KIND_WATER_PUMP ? school.watered : school.powered, i <= 6) << kind << " " << i;
+            EXPECT_EQ(field[cellIndex(school.x, school.y)] > 0.0f, i <= 6) << kind << " " << i;
+        }
     }
-    updateUtilities(city);
-    for (const int i : {1, 2}) EXPECT_EQ(city.buildings[i].powered, 1);
-    for (const int i : {3, 4}) EXPECT_EQ(city.buildings[i].powered, 0);
 }
 
 TEST(Utilities, ASourceWithoutARoadOrUnderConstructionServesNobody) {
@@ -288,6 +297,17 @@ TEST(ReachFields, FallFromOneAtTheSourceByEqualSteps) {
             ASSERT_EQ(city.powerField[cellIndex(x, y)], expected) << x << "," << y;
         }
     EXPECT_EQ(std::count(city.waterField.begin(), city.waterField.end(), 0.0f), CELL_COUNT);
+}
+
+TEST(ReachFields, ReachTheMapsCornersAndStopThere) {
+    for (const auto& [x, y] : {std::pair{0, 0}, {95, 0}, {0, 95}, {95, 95}}) {
+        City city = flatCity();
+        addBuilding(city, x, y, KIND_WATER_PUMP);
+        city.cells[cellIndex(x, y == 0 ? 1 : 94)].road = ROAD_STREET;
+        updateUtilities(city);
+        EXPECT_EQ(city.waterField[cellIndex(x, y)], 1.0f);
+        EXPECT_EQ(CELL_COUNT - std::count(city.waterField.begin(), city.waterField.end(), 0.0f), 21 * 21);
+    }
 }
 
 TEST(ReachFields, OverlappingSourcesLeaveTheHigherValueAndTheMapCutsThemOff) {

@@ -1,4 +1,4 @@
-#include "sim/city_helpers.h"
+#include "sim/expect_exactly.h"
 #include "sim/population.h"
 
 #include <gtest/gtest.h>
@@ -118,6 +118,16 @@ TEST(Staff, IsRoundedToTheNearest) {
     EXPECT_EQ(city.workers, 1);
     EXPECT_EQ(city.buildings[1].occupants, 1) << "a sixth of four";
     EXPECT_EQ(city.buildings[2].occupants, 0) << "a sixth of two";
+}
+
+TEST(Staff, HalfAPersonCountsAsOne) {
+    City city = withHome(8); // 4 workers
+    addWorkingBuilding(city, X + 1, Y, KIND_PARK);
+    addWorkingBuilding(city, X + 2, Y, KIND_POLICE_STATION);
+    updatePopulation(city);
+    EXPECT_EQ(city.buildings[1].staffing, 0.25f);
+    EXPECT_EQ(city.buildings[1].occupants, 1) << "half of one of two";
+    EXPECT_EQ(city.buildings[2].occupants, 4) << "3.5 of fourteen";
 }
 
 TEST(Staff, ABuildingThatDoesNotWorkEmploysNobody) {
@@ -315,6 +325,17 @@ TEST(Happiness, BelowEightTheUnhappyDaysCountUpAndOtherwiseDown) {
     }
 }
 
+TEST(Happiness, OfExactlyEightIsNotUnhappy) {
+    City city = withSchool();
+    city.buildings[0].powered = city.buildings[0].watered = 0;
+    city.coverage[COVERAGE_POLICE][cellIndex(X, Y)] = 0.5f; // 25 - 22 + 5
+    city.buildings[0].happiness = 8.0f;
+    city.buildings[0].unhappyDays = 3;
+    updatePopulation(city);
+    EXPECT_EQ(city.buildings[0].happiness, 8.0f);
+    EXPECT_EQ(city.buildings[0].unhappyDays, 2);
+}
+
 TEST(Happiness, OfTheCityIsThatOfItsResidents) {
     City city = withHome(6);
     addWorkingBuilding(city, X + 1, Y, KIND_HOMES, 2).occupants = 18;
@@ -325,6 +346,15 @@ TEST(Happiness, OfTheCityIsThatOfItsResidents) {
     EXPECT_FLOAT_EQ(city.happiness, (first * 6 + second * 18) / 24)
         << "as many as lived there before the day";
     EXPECT_EQ(city.buildings[0].occupants, 7);
+}
+
+TEST(Happiness, OfTheCityIsThatOfItsOnlyResident) {
+    City city = withHome(1);
+    city.coverage[COVERAGE_EDUCATION][cellIndex(X, Y)] = 1.0f;
+    updatePopulation(city);
+    EXPECT_EQ(city.educatedShare, 1.0f);
+    EXPECT_EQ(city.happiness, city.buildings[0].happiness);
+    EXPECT_NE(city.happiness, 60.0f);
 }
 
 TEST(Happiness, OfTheCityCountsResidentsOfHomesThatDoNotWork) {
@@ -403,6 +433,25 @@ TEST(Residents, BelowTwentyTheyMoveOut) {
     EXPECT_EQ(residentsAfter({.occupants = 0, .level = 1, .happiness = 0.0f}), 0);
 }
 
+// A home whose happiness is there already and stays there: 25 without power, 15 less for want of workers, and
+// the rest from its police.
+static int residentsAtRest(float happiness) {
+    City city = withHome(5);
+    Building& home = city.buildings[0];
+    home.powered = 0;
+    home.happiness = happiness;
+    city.landValue[cellIndex(X, Y)] = 0.4f;
+    city.coverage[COVERAGE_POLICE][cellIndex(X, Y)] = (happiness - 10.0f) / 10.0f;
+    updatePopulation(city);
+    EXPECT_EQ(city.buildings[0].happiness, happiness);
+    return city.buildings[0].occupants;
+}
+
+TEST(Residents, AtExactly35MoveInAndAtExactly20Stay) {
+    EXPECT_EQ(residentsAtRest(35.0f), 6);
+    EXPECT_EQ(residentsAtRest(20.0f), 5);
+}
+
 TEST(Residents, OfAHomeThatLosesServiceStay) {
     EXPECT_EQ(residentsAfter({.occupants = 5, .happiness = 0.0f, .working = false}), 5);
     EXPECT_EQ(residentsAfter({.occupants = 5, .working = false}), 5);
@@ -472,6 +521,13 @@ TEST(Demand, ForIndustryFollowsTheWorkersAndTheShopsWithoutGoods) {
     city.goodsDemand = 0.0f;
     updateDemand(city);
     EXPECT_FLOAT_EQ(city.demand[3], 0.125f) << "no shop asks, so the supply does not count";
+}
+
+TEST(Demand, ChangesNothingElse) {
+    City city = withHome(8);
+    addBuilding(city, X + 1, Y, KIND_SHOPS);
+    city.demand.fill(0.75f);
+    expectExactly(city, updateDemand, [](City& c) { c.demand.fill(0.0f); });
 }
 
 TEST(Demand, IsHeldBetweenMinusOneAndOne) {

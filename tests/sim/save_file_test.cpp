@@ -235,6 +235,13 @@ TEST(SaveFile, AVersion2FileLoadsWithCalendarDayZero) {
     EXPECT_FALSE(decode(city, bytes));
 }
 
+TEST(SaveFile, AVersion2FileMayHoldNoBuilding) {
+    Bytes bytes = patched<uint32_t>(encodeCity(City()), VERSION_AT, 2);
+    bytes.erase(bytes.begin() + CALENDAR_AT, bytes.begin() + CALENDAR_AT + 4);
+    City city;
+    EXPECT_TRUE(decode(city, bytes));
+}
+
 TEST(SaveFile, ABankruptCityComesBackBankrupt) {
     City city;
     city.bankrupt = 1;
@@ -363,6 +370,8 @@ TEST_F(SaveRefusal, MoreThanAMillionBuildingsEvenIfTheyAreThere) {
     Bytes bytes = patched<uint32_t>(valid, BUILDING_COUNT_AT, SAVED_BUILDING_LIMIT + 1);
     bytes.resize(BUILDINGS_AT + size_t{44} * (SAVED_BUILDING_LIMIT + 1));
     EXPECT_FALSE(decode(city, bytes));
+    City other;
+    EXPECT_TRUE(decode(other, patched<uint32_t>(bytes, BUILDING_COUNT_AT, SAVED_BUILDING_LIMIT)));
 }
 
 TEST_F(SaveRefusal, AMissionOutside0To6) {

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <limits>
 
 // A street along y = 20 from x = 10 to 40, homes above it and jobs below. Nothing stands there yet.
@@ -231,6 +232,21 @@ TEST(Ways, DoNotWrapAroundTheEdgeOfTheMap) {
     EXPECT_EQ(totalFlow(city), 0.0f);
 }
 
+TEST(Ways, TheFirstAndTheLastCellOfTheMapAreRoadsLikeAllOthers) {
+    for (const int corner : {0, 95}) {
+        const int inner = corner == 0 ? 1 : 94;
+        City city = flatCity();
+        layRoads(city, corner, corner, corner, corner);
+        addHome(city, inner, corner, 80);
+        addWorkingBuilding(city, corner, inner, KIND_FACTORY);
+        updateTraffic(city);
+        EXPECT_EQ(flowAt(city, corner, corner), 48.0f + 60.0f);
+        EXPECT_EQ(totalFlow(city), 48.0f + 60.0f);
+        for (const Building& building : city.buildings)
+            EXPECT_NEAR(building.congestion, 108.0f / 900.0f, 1e-6f);
+    }
+}
+
 // --- buses ----------------------------------------------------------------------------------------------
 
 // One home at 20,19 with 48 commuters, a stop at (x, y), and a depot.
@@ -270,6 +286,19 @@ TEST(Buses, CarryMoreWhereTransitComesFirst) {
     EXPECT_EQ(ridersOf(city), expectedRiders(city, 0.45f));
 }
 
+TEST(Buses, ARollOfExactlyTheShareDrives) {
+    City city = busCity(20, 20);
+    city.buildings[0].occupants = 1;
+    city.cells[cellIndex(20, 19)].district = 2;
+    city.districtPolicy[2] = POLICY_TRANSIT_FIRST;
+    city.day = 1;
+    city.seed = 19891096;
+    ASSERT_EQ(hashUnit(0, 1, city.seed + 3), 0.585f);
+    updateTraffic(city);
+    EXPECT_EQ(city.commuters, 1);
+    EXPECT_EQ(city.transitRiders, 0);
+}
+
 TEST(Buses, StopWithinFiveCellsOfTheHomeCornersIncluded) {
     EXPECT_GT(ridersOf(busCity(25, 24)), 0);
     EXPECT_GT(ridersOf(busCity(15, 14)), 0);
@@ -278,6 +307,20 @@ TEST(Buses, StopWithinFiveCellsOfTheHomeCornersIncluded) {
     EXPECT_EQ(ridersOf(busCity(14, 20)), 0);
     EXPECT_EQ(ridersOf(busCity(20, 25)), 0);
     EXPECT_EQ(ridersOf(busCity(20, 13)), 0);
+}
+
+TEST(Buses, ServeTheMapsCornersToo) {
+    for (const auto& [x, y] : {std::pair{0, 0}, {95, 0}, {0, 95}, {95, 95}})
+        for (const int away : {0, 5, 6}) {
+            City city = flatCity();
+            const int stopX = std::abs(x - away);
+            const int stopY = std::abs(y - away);
+            city.cells[cellIndex(stopX, stopY)].busStop = 1;
+            addHome(city, x, y, 80);
+            addWorkingBuilding(city, 50, 50, KIND_BUS_DEPOT);
+            updateTraffic(city);
+            EXPECT_EQ(city.transitRiders > 0, away <= 5) << stopX << "," << stopY;
+        }
 }
 
 TEST(Buses, StandStillWithoutAWorkingDepot) {
@@ -300,6 +343,21 @@ TEST(Buses, RidersAreScaledUpToTheWholeWorkforce) {
     for (uint32_t s = 0; s < 360; s++)
         if (hashUnit(s, static_cast<uint32_t>(city.day), city.seed + 3) < 0.45f) riders++;
     EXPECT_EQ(city.transitRiders, static_cast<int>(riders * (commuters / 360.0) + 0.5));
+}
+
+TEST(Buses, HalfARiderCountsAsOne) {
+    City city = busCity(20, 20);
+    for (int x = 15; x <= 24; x++) addHome(city, x, 18, 80);
+    addHome(city, 25, 18, 20); // 11 x 48 + 12 = 540: a sample stands for one and a half
+    int riders = 0;
+    for (city.day = 1; riders % 2 == 0; city.day++) {
+        riders = 0;
+        for (uint32_t s = 0; s < 360; s++)
+            if (hashUnit(s, static_cast<uint32_t>(city.day + 1), city.seed + 3) < 0.45f) riders++;
+    }
+    updateTraffic(city);
+    ASSERT_EQ(city.commuters, 540);
+    EXPECT_EQ(city.transitRiders, (riders * 3 + 1) / 2);
 }
 
 // --- trucks and load ------------------------------------------------------------------------------------
