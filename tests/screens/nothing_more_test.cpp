@@ -1,0 +1,80 @@
+// What a screen draws is looked for in the tests of each; here, that it draws and does nothing else.
+#include "screens/screen_states.h"
+#include "sim/city_helpers.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <set>
+#include <tuple>
+
+TEST(NothingMore, IsDrawnThanTheStateAsksFor) {
+    for (const ScreenState& state : screenStates())
+        EXPECT_EQ(countsOf(GameInState(state).callsAt(1280, 720)), state.counts) << state.name;
+}
+
+TEST(NothingMore, NoTwoButtonsOfAScreenShareANumberAndNoneHasZero) {
+    for (const ScreenState& state : screenStates()) {
+        std::set<uint32_t> ids = {0};
+        for (const DrawnCall& call : GameInState(state).callsAt(1280, 720))
+            if (call.kind == "button") {
+                EXPECT_TRUE(ids.insert(call.buttonId).second) << state.name << ": " << call.words;
+            }
+    }
+}
+
+// Where and how long a text may run, which no text of today needs to the last pixel.
+TEST(NothingMore, IsWrittenOutsideOfTheBoxOfAParagraph) {
+    const struct {
+        const char* state;
+        std::vector<float> box; // with the gap between the lines
+        int fontSize;
+    } rows[] = {
+        {"launcher with news and a save", {360, 268, 560, 60, 1}, 18},
+        {"launcher without files", {356, 116, 568, 40, 1}, 14},
+        {"deletion", {356, 250, 568, 150, 1}, 22},
+        {"removal", {356, 250, 568, 150, 1}, 22},
+        {"status line", {390, 644, 566, 68, 1}, 17},
+        {"city", {988, 536, 268, 80, 1}, 15},
+        {"district", {988, 106, 268, 80, 1}, 15},
+        {"tour: welcome", {420, 299, 440, 96, 1}, 18},
+    };
+    for (const auto& row : rows)
+        for (const ScreenState& state : screenStates()) {
+            if (std::string(state.name) != row.state) continue;
+            auto calls = GameInState(state).callsAt(1280, 720);
+            std::erase_if(calls, [](const DrawnCall& call) { return call.kind != "paragraph"; });
+            ASSERT_EQ(calls.size(), 1u) << row.state;
+            EXPECT_THAT(calls[0].lengths, testing::Pointwise(testing::FloatNear(0.01f), row.box))
+                << row.state;
+            EXPECT_EQ(calls[0].fontSize, row.fontSize) << row.state;
+        }
+}
+
+// All that a click could change.
+static auto choices(const App& app) {
+    return std::tuple(app.screen, app.returnScreen, app.launcherPage, app.paused, app.tutorialStep,
+                      app.currentTool, app.currentCategory, app.currentOverlay, app.currentPanel,
+                      app.paintDistrict, app.speed, app.selectedBuilding, app.selectedCellX,
+                      app.selectedCellY, app.statusId, app.updateState, app.gameFiles.size(), app.saveExists,
+                      app.quitRequested, app.displayDirty, cityHash(app.city));
+}
+
+static bool isSilent(const App& app) {
+    return std::none_of(app.audio.voices.begin(), app.audio.voices.end(),
+                        [](const Voice& voice) { return voice.active; });
+}
+
+TEST(NothingMore, HappensInAFrameWithoutAClick) {
+    for (const ScreenState& state : screenStates()) {
+        SCOPED_TRACE(state.name);
+        GameInState game(state);
+        const auto before = choices(game.app);
+        takeOpenedFolders();
+        for (int frame = 0; frame < 2; frame++) game.callsAt(1280, 720);
+        EXPECT_TRUE(choices(game.app) == before);
+        EXPECT_EQ(takeOpenedFolders(), 0);
+        EXPECT_TRUE(isSilent(game.app));
+        EXPECT_TRUE(std::filesystem::is_empty(game.folder)); // neither settings nor a city are saved
+    }
+}
