@@ -263,6 +263,20 @@ TEST_F(Widgets, AButtonIsAShadowABodyAFrameAndItsLabel) {
     }
 }
 
+TEST_F(Widgets, CornersFramesAndShadowsAreTheSamePixelsInEveryWindow) {
+    const auto drawAt = [&](int height) {
+        uiBeginFrame(ui, 1280, height, {});
+        uiButton(ui, ID, PLACE, "Text", true, true, 16);
+        uiProgressBar(ui, {10, 20, 100, 9}, 0.5f, colGood, colTrack);
+    };
+    drawAt(720);
+    const Ui usual = ui;
+    for (const int height : {540, 1440}) {
+        drawAt(height);
+        expectSameAs(usual);
+    }
+}
+
 TEST_F(Widgets, ALabelIsLoweredToItsButtonButNotBelow10) {
     const auto sizeOf = [&](float width, int size) {
         begin({});
