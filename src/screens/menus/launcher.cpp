@@ -13,6 +13,7 @@
 #include "ui/words/strings.h"
 
 #include <algorithm>
+#include <cassert>
 #include <iterator>
 
 constexpr float BUTTON_HEIGHT = 44.0f;
@@ -62,6 +63,7 @@ static constexpr UpdateStatus UPDATE_STATUS[] = {
 static_assert(std::size(UPDATE_STATUS) == UPDATE_DOWNLOAD_FAILED + 1);
 
 static void drawUpdateStatus(App& app, const LauncherPanel& panel) {
+    assert(app.updateState < std::size(UPDATE_STATUS));
     const UpdateStatus& status = UPDATE_STATUS[app.updateState];
     if (status.text < 0) return;
     char text[512];
@@ -146,6 +148,7 @@ static void drawFilesPage(App& app, const LauncherPanel& panel) {
 static void drawConfirmationPage(App& app, const LauncherPanel& panel) {
     Ui& ui = app.ui;
     const bool uninstall = app.launcherPage == LAUNCHER_UNINSTALL;
+    assert(uninstall || app.launcherPage == LAUNCHER_DELETE_SAVE);
     uiWrappedText(ui, inPanel(panel, 36.0f, 40.0f, 568.0f, 150.0f),
                   tr(uninstall ? STR_UNINSTALL_QUESTION : STR_DELETE_QUESTION), uiFontSize(ui, 22.0f),
                   colText, panel.s);

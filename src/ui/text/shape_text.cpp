@@ -1,5 +1,6 @@
 #include "ui/text/shape_text.h"
 
+#include <cassert>
 #include <cstddef>
 #include <string_view>
 #include <vector>
@@ -38,6 +39,7 @@ static CodePoints decode(std::string_view text) {
 }
 
 static void encode(std::string& text, uint32_t point) {
+    assert(point < 0x200000); // what four bytes hold
     const auto byte = [&](uint32_t value) { text += static_cast<char>(value); };
     if (point < 0x80) return byte(point);
     if (point < 0x800) {
@@ -254,6 +256,7 @@ static CodePoints reorder(const CodePoints& points) {
             for (size_t i = end; i-- > start;) ordered.push_back(mirrored(points[i]));
         end = start;
     }
+    assert(ordered.size() == points.size());
     return ordered;
 }
 
