@@ -170,7 +170,8 @@ static CodePoints joinLetters(const CodePoints& points) {
             continue;
         }
         // A mark between lam and alef keeps them apart, because it belongs to the lam alone.
-        const uint32_t ligature = point == LAM && i + 1 < points.size() ? lamAlef(points[i + 1]) : 0;
+        const bool last = i + 1 == points.size();
+        const uint32_t ligature = point == LAM && !last ? lamAlef(points[i + 1]) : 0;
         if (ligature) {
             joined.push_back(ligature + (joinedBefore ? 1 : 0));
             i++;
