@@ -197,6 +197,16 @@ TEST_F(TutorialTest, InAVeryLowWindowTheCardStandsAboveItsButton) {
     EXPECT_FLOAT_EQ(app.tutorialCard.y, (214.0f - 210.0f - 70.0f) * 0.75f);
 }
 
+// So low that the mission block stands where the top bar ends.
+TEST_F(TutorialTest, ATargetCountsAsThatOfTheTopAboveSixty) {
+    resize(1280, 102);
+    show(5);
+    EXPECT_FLOAT_EQ(app.tutorialCard.x, (12.0f + 360.0f + 70.0f) * 0.75f); // to its right
+    resize(1280, 101);
+    show(5);
+    EXPECT_FLOAT_EQ(app.tutorialCard.x, (1280.0f - 360.0f) / 2.0f); // below it
+}
+
 TEST_F(TutorialTest, AnArrowOfAPixelIsNotDrawn) {
     resize(741, 720); // the card is pushed from the right towards its button
     show(3);
