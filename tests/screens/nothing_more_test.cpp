@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <set>
 #include <tuple>
@@ -26,7 +27,7 @@ TEST(NothingMore, NoTwoButtonsOfAScreenShareANumberAndNoneHasZero) {
 // Where and how far a text may run, which no text of today does to the last pixel.
 TEST(NothingMore, IsWrittenOutsideOfTheRoomOfAText) {
     const struct {
-        const char* state;
+        std::string state;
         std::vector<float> room; // the box of a paragraph and the gap of its lines, or the width of a line
         int fontSize;
     } rows[] = {
@@ -43,18 +44,19 @@ TEST(NothingMore, IsWrittenOutsideOfTheRoomOfAText) {
         {"district", {988, 106, 268, 80, 1}, 15},
         {"tour: welcome", {420, 299, 440, 96, 1}, 18},
     };
-    for (const auto& row : rows)
-        for (const ScreenState& state : screenStates()) {
-            if (std::string(state.name) != row.state) continue;
-            auto calls = GameInState(state).callsAt(1280, 720);
-            std::erase_if(calls, [&](const DrawnCall& call) {
-                return call.kind != (row.room.size() == 1 ? "fitting" : "paragraph") ||
-                       call.fontSize != row.fontSize;
-            });
-            ASSERT_EQ(calls.size(), 1u) << row.state;
-            EXPECT_THAT(calls[0].lengths, testing::Pointwise(testing::FloatNear(0.01f), row.room))
-                << row.state;
-        }
+    const auto& states = screenStates();
+    for (const auto& row : rows) {
+        const auto state = std::find_if(states.begin(), states.end(),
+                                        [&](const ScreenState& any) { return row.state == any.name; });
+        ASSERT_NE(state, states.end()) << row.state;
+        auto calls = GameInState(*state).callsAt(1280, 720);
+        std::erase_if(calls, [&](const DrawnCall& call) {
+            return call.kind != (row.room.size() == 1 ? "fitting" : "paragraph") ||
+                   call.fontSize != row.fontSize;
+        });
+        ASSERT_EQ(calls.size(), 1u) << row.state;
+        EXPECT_THAT(calls[0].lengths, testing::Pointwise(testing::FloatNear(0.01f), row.room)) << row.state;
+    }
 }
 
 // All that a click could change.

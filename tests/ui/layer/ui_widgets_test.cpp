@@ -195,6 +195,21 @@ TEST_F(Widgets, APanelThatGoesDoesNotKillTheOneAfterIt) {
     EXPECT_EQ(ui.activeId, ID);
 }
 
+TEST_F(Widgets, APanelDrawnAlreadyIsNoOtherThatDiffersInOneEdge) {
+    constexpr UiRect LATER = {90, 90, 300, 100};
+    for (const UiRect& earlier :
+         {UiRect{91, 90, 300, 100}, {90, 91, 300, 100}, {90, 90, 301, 100}, {90, 90, 300, 101}}) {
+        for (const Input& input : {Input{}, pressAt(INSIDE, INSIDE)}) {
+            begin(input);
+            uiPanel(ui, earlier, 12, 2);
+            uiButton(ui, ID, PLACE, "", true, false, 16);
+            uiPanel(ui, LATER, 12, 2);
+        }
+        EXPECT_EQ(ui.activeId, 0u) << earlier.x << ' ' << earlier.y << ' ' << earlier.w << ' ' << earlier.h;
+        ui.activeId = 0;
+    }
+}
+
 TEST_F(Widgets, AButtonThatIsNoLongerDrawnKeepsThePressUntilTheNext) {
     button(pressAt(INSIDE, INSIDE));
     begin(releaseAt(INSIDE, INSIDE));
