@@ -310,6 +310,7 @@ TEST_F(Fonts, AnEmptyTextAsksTheTextLibraryNothing) {
     EXPECT_EQ(fontsMeasureAnew(fonts, "", 16, false), 0);
     EXPECT_TRUE(isNothing(render("")));
     EXPECT_EQ(gate.opened + gate.measured + gate.rendered, 0);
+    EXPECT_THAT(fonts.widths, IsEmpty());
     EXPECT_THAT(fake.calls, IsEmpty());
 }
 
