@@ -1,6 +1,7 @@
-// Stands in the place of the 2-D layer's shapes and texts: what the screens and the widgets ask for is noted
-// and nothing is drawn. Its one font has letters a quarter as wide as high in every size, so that a layout in
-// a window twice as large is the same layout, twice as large. The linker sends the calls here (--wrap).
+// Stands in the place of the 2-D layer's shapes, texts, buttons and bars: what the screens ask for is noted,
+// nothing is drawn and no button is clicked. Its one font has letters that are as wide and as high in every
+// window, by its scale, so that a layout is the same layout in all of them. The linker sends the calls here
+// (--wrap), and those that open a folder on the player's desktop too.
 #pragma once
 
 #include "ui/layer/ui_batch.h"
@@ -9,11 +10,17 @@
 #include <vector>
 
 struct DrawnCall {
-    std::string what; // the function, and the text
+    std::string kind;
+    std::string words;
     UiColor color = {};
-    std::vector<float> lengths; // places and extents that grow with the window
-    std::vector<float> details; // lengths that may be plain pixels: corners, frames, paddings
+    std::vector<float> lengths; // places and extents
+    int fontSize = 0;
+    uint32_t buttonId = 0;
 };
 
 // Since the last call of this function.
 std::vector<DrawnCall> takeDrawnCalls();
+int takeOpenedFolders();
+
+// How many there are of each kind: "button 2, frame 1, text 3".
+std::string countsOf(const std::vector<DrawnCall>& calls);

@@ -110,8 +110,10 @@ Label HudTest::textOf(const std::string& words) const {
 
 static bool near(float a, float b) { return std::fabs(a - b) < 0.02f; }
 
-static bool near(UiColor a, UiColor b) {
-    return near(a.r, b.r) && near(a.g, b.g) && near(a.b, b.b) && near(a.a, b.a);
+// The tables give two digits, so that any other colour is farther off.
+static bool same(UiColor a, UiColor b) {
+    const auto sameChannel = [](float one, float other) { return std::fabs(one - other) < 0.001f; };
+    return sameChannel(a.r, b.r) && sameChannel(a.g, b.g) && sameChannel(a.b, b.b) && sameChannel(a.a, b.a);
 }
 
 static uint32_t packed(UiColor color) {
@@ -141,7 +143,7 @@ bool HudTest::drew(UiRect rect, UiColor color) const {
     const auto all = rects();
     return std::any_of(all.begin(), all.end(), [&](const DrawnRect& drawn) {
         return near(drawn.rect.x, rect.x) && near(drawn.rect.y, rect.y) && near(drawn.rect.w, rect.w) &&
-               near(drawn.rect.h, rect.h) && near(drawn.color, color);
+               near(drawn.rect.h, rect.h) && same(drawn.color, color);
     });
 }
 

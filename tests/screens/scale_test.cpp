@@ -1,153 +1,62 @@
-// Every length of the screens is counted at a window 720 high: twice that is the same picture, twice as
-// large.
-#include "app/game_fixture.h"
-#include "app/session.h"
-#include "app/tools.h"
-#include "screens/drawn_calls.h"
-#include "screens/game/game_screen.h"
-#include "screens/menus/end_screen.h"
-#include "screens/menus/launcher.h"
-#include "screens/menus/settings_screen.h"
-#include "screens/menus/title_screen.h"
-#include "sim/city_helpers.h"
+// Every length of the screens is counted at a window 720 high: at another height it is the same picture, in
+// another size.
+#include "screens/screen_states.h"
 
-#include <cmath>
-
-constexpr UiColor BUTTON_SHADOW = {0.0f, 0.0f, 0.0f, 0.35f};
+// The largest and the smallest scale, and two between them. Also in a window in which cards and bars are held
+// to their edges.
+constexpr float SCALES[] = {0.75f, 1.25f, 2.0f};
+constexpr float WIDTHS[] = {1280.0f, 960.0f, 480.0f};
+constexpr float LEGEND_Y = 720.0f - 84.0f + 35.0f;
 
 static bool same(UiColor a, UiColor b) { return a.r == b.r && a.g == b.g && a.b == b.b && a.a == b.a; }
 
-// What does not grow: the shadow of a button lies two pixels lower, and the pieces of the legend's bar
-// overlap by one.
-static float plainPart(const DrawnCall& small, size_t i) {
-    constexpr float LEGEND_Y = 720.0f - 84.0f + 35.0f;
-    if (small.what == "round" && same(small.color, BUTTON_SHADOW) && i == 1) return 2.0f;
-    if (small.what == "rect" && small.lengths[1] == LEGEND_Y && i == 2) return 1.0f;
-    return 0.0f;
+// What does not grow: the pieces of the legend's bar overlap by a pixel.
+static float plainPart(const DrawnCall& usual, size_t i) {
+    return usual.kind == "rect" && usual.lengths[1] == LEGEND_Y && i == 2 ? 1.0f : 0.0f;
 }
 
-// Corners, frames and paddings of buttons and bars are the same in every window, and so is the gap between
-// the lines of the launcher.
-static bool isPlain(const DrawnCall& call, float detail) {
-    if (call.what == "round") return detail == 6.0f || detail == 4.0f;
-    if (call.what == "frame") return detail == 1.5f || detail == 1.0f;
-    return call.what.starts_with("text") && (detail == 8.0f || detail == 1.0f);
-}
-
-static void expectTwice(const DrawnCall& small, const DrawnCall& large) {
-    ASSERT_EQ(large.what, small.what);
-    ASSERT_EQ(large.lengths.size(), small.lengths.size());
-    EXPECT_TRUE(same(large.color, small.color));
-    for (size_t i = 0; i < small.lengths.size(); i++) {
-        const float plain = plainPart(small, i);
-        EXPECT_NEAR(large.lengths[i] - plain, 2.0f * (small.lengths[i] - plain), 0.01f)
-            << small.what << ", length " << i << " of " << small.lengths[0] << ", " << small.lengths[1];
+static void expectScaled(const DrawnCall& usual, const DrawnCall& other, float scale) {
+    ASSERT_EQ(other.kind, usual.kind);
+    EXPECT_EQ(other.words, usual.words);
+    EXPECT_TRUE(same(other.color, usual.color));
+    ASSERT_EQ(other.lengths.size(), usual.lengths.size());
+    for (size_t i = 0; i < usual.lengths.size(); i++) {
+        const float plain = plainPart(usual, i);
+        EXPECT_NEAR(other.lengths[i] - plain, scale * (usual.lengths[i] - plain), 0.01f)
+            << usual.kind << " " << usual.words << ", length " << i;
     }
-    for (size_t i = 0; i < small.details.size(); i++)
-        EXPECT_TRUE(large.details[i] == 2.0f * small.details[i] ||
-                    (large.details[i] == small.details[i] && isPlain(small, small.details[i])))
-            << small.what << " " << large.details[i] << " for " << small.details[i];
+    // Cut down to whole pixels.
+    EXPECT_EQ(other.fontSize, static_cast<int>(static_cast<float>(usual.fontSize) * scale)) << usual.words;
 }
 
-class Scale : public GameTest {
-protected:
-    std::vector<DrawnCall> callsAt(int width, int height, void (*screen)(App& app, const Input& input)) {
-        input.drawableWidth = width;
-        input.drawableHeight = height;
-        input.mouseX = input.mouseY = -1000.0f;
-        uiBeginFrame(app.ui, width, height, input);
-        takeDrawnCalls();
-        screen(app, input);
-        return takeDrawnCalls();
-    }
-
-    // Also in a window in which cards and bars are held to their edges.
-    void expectTwiceAsLarge(const std::string& view,
-                            void (*screen)(App& app, const Input& input) = drawGameScreen) {
-        for (const int width : {1280, 960, 480}) {
-            SCOPED_TRACE(view + " " + std::to_string(width) + " wide");
-            const auto small = callsAt(width, 720, screen);
-            const auto large = callsAt(2 * width, 1440, screen);
-            ASSERT_EQ(large.size(), small.size());
-            ASSERT_GT(small.size(), 10u);
-            for (size_t i = 0; i < small.size(); i++) expectTwice(small[i], large[i]);
+TEST(Scale, EveryScreenGrowsWithTheWindow) {
+    for (const ScreenState& state : screenStates())
+        for (const float width : WIDTHS) {
+            const auto usual = GameInState(state).callsAt(static_cast<int>(width), 720);
+            for (const float scale : SCALES) {
+                SCOPED_TRACE(std::string(state.name) + ", " + std::to_string(width) + " by " +
+                             std::to_string(scale));
+                const auto other = GameInState(state).callsAt(static_cast<int>(width * scale),
+                                                              static_cast<int>(720.0f * scale));
+                ASSERT_EQ(countsOf(other), countsOf(usual));
+                for (size_t i = 0; i < usual.size(); i++) expectScaled(usual[i], other[i], scale);
+            }
         }
-    }
-};
-
-TEST_F(Scale, TheMenusGrowWithTheWindow) {
-    app.saveExists = true;
-    app.logoTexture = 1;
-    app.updateState = UPDATE_NEWER;
-    expectTwiceAsLarge("title", drawTitleScreen);
-    expectTwiceAsLarge("options", drawOptionsScreen);
-    app.gameFiles.assign(30, {"music1.mp3", 1024, 1});
-    for (const LauncherPage page :
-         {LAUNCHER_MAIN, LAUNCHER_FILES, LAUNCHER_DELETE_SAVE, LAUNCHER_UNINSTALL}) {
-        app.launcherPage = page;
-        expectTwiceAsLarge("launcher page " + std::to_string(page), drawLauncher);
-    }
 }
 
-TEST_F(Scale, TheBarsAndToolsGrowWithTheWindow) {
-    app.settings.showFps = true;
-    app.city.raining = 1;
-    showStatus(app, STATUS_BANKRUPT, 0);
-    for (int category = 0; category < CATEGORY_COUNT; category++) {
-        setCategory(app, category);
-        expectTwiceAsLarge("category " + std::to_string(category));
-    }
-    for (int overlay = 0; overlay < OVERLAY_COUNT; overlay++) {
-        app.currentOverlay = static_cast<uint8_t>(overlay);
-        expectTwiceAsLarge("overlay " + std::to_string(overlay));
-    }
-}
-
-TEST_F(Scale, ThePanelsGrowWithTheWindow) {
-    app.city.historyCount = 60;
-    for (auto& row : app.city.history)
-        for (size_t day = 0; day < row.size(); day++) row[day] = static_cast<float>(day * 37 % 60);
-    for (const Panel panel : {PANEL_BUDGET, PANEL_FINANCE, PANEL_STATISTICS}) {
-        app.currentPanel = panel;
-        expectTwiceAsLarge("panel " + std::to_string(panel));
-    }
-    app.currentPanel = PANEL_NONE;
-    for (const uint8_t kind : {0, 2, 4, 9, 13})
-        for (const float progress : {0.5f, 1.0f}) {
-            app.city.buildings.clear();
-            addBuilding(app.city, 40, 40, kind);
-            app.city.buildings.front().progress = progress;
-            app.selectedBuilding = 0;
-            expectTwiceAsLarge("building of kind " + std::to_string(kind));
+// Lower than 540 and higher than 1440 pixels.
+TEST(Scale, BeyondItsEndsTextsAndButtonsKeepTheirSize) {
+    for (const auto& [height, last] : {std::pair(539, 540), {300, 540}, {1, 540}, {1441, 1440}, {4320, 1440}})
+        for (const ScreenState& state : screenStates()) {
+            SCOPED_TRACE(std::string(state.name) + " " + std::to_string(height));
+            const auto beyond = GameInState(state).callsAt(2560, height);
+            const auto end = GameInState(state).callsAt(2560, last);
+            ASSERT_EQ(beyond.size(), end.size());
+            for (size_t i = 0; i < end.size(); i++) {
+                EXPECT_EQ(beyond[i].fontSize, end[i].fontSize) << end[i].words;
+                if (end[i].kind != "button") continue;
+                EXPECT_NEAR(beyond[i].lengths[2], end[i].lengths[2], 0.01f) << end[i].words;
+                EXPECT_NEAR(beyond[i].lengths[3], end[i].lengths[3], 0.01f) << end[i].words;
+            }
         }
-    app.selectedBuilding = -1;
-    app.selectedCellX = app.selectedCellY = 48;
-    expectTwiceAsLarge("cell");
-    clearSelection(app);
-    app.paintDistrict = 3;
-    setCategory(app, CATEGORY_DISTRICTS);
-    expectTwiceAsLarge("district");
-}
-
-TEST_F(Scale, TheTourThePauseAndTheEndGrowWithTheWindow) {
-    for (int step = 0; step <= 6; step++) {
-        startTutorial(app, step);
-        expectTwiceAsLarge("tour " + std::to_string(step));
-    }
-    startTutorial(app, -1);
-    app.paused = true;
-    expectTwiceAsLarge("pause");
-    app.paused = false;
-    app.screen = SCREEN_END;
-    for (const uint8_t bankrupt : {0, 1}) {
-        app.city.bankrupt = bankrupt;
-        app.city.allMissionsDone = !bankrupt;
-        expectTwiceAsLarge("end", drawEndScreen);
-    }
-    app.settings.showFps = true;
-    const auto small = callsAt(1280, 720, drawFpsLabel);
-    const auto large = callsAt(2560, 1440, drawFpsLabel);
-    ASSERT_EQ(small.size(), 1u);
-    ASSERT_EQ(large.size(), 1u);
-    expectTwice(small[0], large[0]);
 }

@@ -136,7 +136,12 @@ uint32_t ScreenTest::textureAt(float x, float y) const {
     uint32_t texture = 0;
     for (const UiDrawCommand& command : app.ui.commands)
         for (uint32_t i = command.first; i < command.first + command.count; i += 3)
-            if (command.texture != 0 && covers(&app.ui.vertices[i], x, y)) texture = command.texture;
+            if (command.texture != 0 && covers(&app.ui.vertices[i], x, y)) {
+                const UiVertex& corner = app.ui.vertices[i];
+                for (const float channel : {corner.r, corner.g, corner.b, corner.a})
+                    EXPECT_EQ(channel, 1.0f) << "a picture keeps its colours";
+                texture = command.texture;
+            }
     return texture;
 }
 
@@ -145,8 +150,11 @@ std::vector<std::pair<float, float>> ScreenTest::windowShades() const {
     const auto& v = app.ui.vertices;
     for (size_t i = 0; i + 2 < v.size(); i++)
         if (v[i].x == 0.0f && v[i].y == 0.0f && v[i + 2].x == static_cast<float>(app.ui.screenW) &&
-            v[i + 2].y == static_cast<float>(app.ui.screenH))
+            v[i + 2].y == static_cast<float>(app.ui.screenH)) {
+            for (const UiVertex& corner : {v[i], v[i + 2]})
+                EXPECT_EQ(corner.r + corner.g + corner.b, 0.0f) << "a shade is black";
             shades.emplace_back(v[i].a, v[i + 2].a);
+        }
     return shades;
 }
 

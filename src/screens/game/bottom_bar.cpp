@@ -12,12 +12,14 @@
 #include "ui/words/strings.h"
 
 #include <algorithm>
+#include <cassert>
 
 static void drawMission(App& app, const HudLayout& hud) {
     Ui& ui = app.ui;
     const float s = hud.scale;
     const auto [x, y, width, height] = hud.missionBlock;
     const int mission = std::clamp(app.city.missionIndex, 0, missionCount() - 1);
+    static_assert(STR_MISSION_1 + 2 * missionCount() - 1 == STR_GOAL_6);
     const char* name = tr(STR_MISSION_1 + 2 * mission);
     const char* goal = tr(STR_GOAL_1 + 2 * mission);
     const float progress = missionProgress(app.cityStats, app.city.missionIndex);
@@ -81,6 +83,7 @@ static void drawColorBar(Ui& ui, UiRect bar, const ColorRange& range) {
 }
 
 static void drawOverlayLegend(App& app, const HudLayout& hud) {
+    assert(app.currentOverlay < OVERLAY_COUNT);
     if (app.currentOverlay == OVERLAY_NORMAL) return;
     Ui& ui = app.ui;
     const float s = hud.scale;

@@ -12,6 +12,8 @@
 #include "ui/layer/ui_text.h"
 #include "ui/layer/ui_widgets.h"
 
+#include <cassert>
+
 constexpr uint32_t CLOSE_ID = 309;
 
 const Building* selectedBuilding(const App& app) {
@@ -35,6 +37,7 @@ static void drawOpenView(App& app, const Building* building, UiRect panel, float
     case PANEL_STATISTICS:
         return drawStatisticsPanel(app, panel, s);
     default:
+        assert(app.currentPanel == PANEL_NONE);
         if (building) return drawBuildingInspector(app, panel, s, *building);
         return drawCellInspector(app, panel, s, app.selectedCellX, app.selectedCellY);
     }

@@ -9,6 +9,8 @@
 #include "ui/words/format_text.h"
 #include "ui/words/strings.h"
 
+#include <cassert>
+
 constexpr uint32_t CATEGORY_ID = 330; // plus the category
 constexpr uint32_t TOOL_ID = 340;     // plus the tool
 constexpr uint32_t DISTRICT_ID = 369; // plus the district
@@ -58,6 +60,7 @@ static void drawTools(App& app, const HudLayout& hud, int fontSize) {
             uiButton(app.ui, TOOL_ID + button.tool, toolButton(hud, row++), tr(button.label), true,
                      app.currentTool == button.tool, fontSize))
             setTool(app, button.tool);
+    assert(row == toolCount(app.currentCategory));
 }
 
 static void drawDistricts(App& app, float s, float top, int fontSize) {

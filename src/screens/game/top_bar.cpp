@@ -13,6 +13,7 @@
 #include "ui/words/strings.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cinttypes>
 
 constexpr uint32_t MENU_ID = 300;
@@ -52,6 +53,7 @@ struct TopBar {
 // --- What the bar says
 
 static char* addReadOut(TopBar& bar, UiColor color) {
+    assert(bar.readOutCount < static_cast<int>(bar.readOuts.size()));
     ReadOut& readOut = bar.readOuts[bar.readOutCount++];
     readOut.color = color;
     return readOut.text;

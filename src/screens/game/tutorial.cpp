@@ -9,11 +9,13 @@
 #include "ui/words/strings.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 
 constexpr uint32_t NEXT_ID = 460;
 constexpr uint32_t SKIP_ID = 461;
 constexpr int LAST_STEP = 6;
+static_assert(STR_TUTORIAL_1 + LAST_STEP == STR_TUTORIAL_7);
 constexpr UiColor colDim = {0.0f, 0.0f, 0.0f, 0.55f};
 
 // Where the card stands beside its target.
@@ -125,6 +127,7 @@ static void endTour(App& app) {
 static void drawCard(App& app, UiRect card, float s) {
     Ui& ui = app.ui;
     const int step = app.tutorialStep;
+    assert(step >= 0 && step <= LAST_STEP);
     const bool last = step == LAST_STEP;
     const int textSize = uiFontSize(ui, 18.0f);
     app.tutorialCard = card;

@@ -13,6 +13,7 @@
 #include "ui/words/strings.h"
 
 #include <algorithm>
+#include <cassert>
 #include <iterator>
 
 constexpr float BUTTON_HEIGHT = 44.0f;
@@ -62,12 +63,13 @@ static constexpr UpdateStatus UPDATE_STATUS[] = {
 static_assert(std::size(UPDATE_STATUS) == UPDATE_DOWNLOAD_FAILED + 1);
 
 static void drawUpdateStatus(App& app, const LauncherPanel& panel) {
+    assert(app.updateState < std::size(UPDATE_STATUS));
     const UpdateStatus& status = UPDATE_STATUS[app.updateState];
     if (status.text < 0) return;
     char text[512];
     formatTextInto(text, sizeof text, tr(status.text), app.updateManifest.version.c_str());
     uiWrappedText(app.ui, inPanel(panel, 40.0f, 218.0f, 560.0f, 60.0f), text, uiFontSize(app.ui, 18.0f),
-                  status.color, 1.0f);
+                  status.color, panel.s);
 }
 
 static void drawHead(App& app, const LauncherPanel& panel) {
@@ -127,7 +129,7 @@ static void drawFilesPage(App& app, const LauncherPanel& panel) {
     Ui& ui = app.ui;
     panelText(ui, panel, 22.0f, tr(STR_GAME_FILES), 34.0f, colGold, true);
     uiWrappedText(ui, inPanel(panel, 36.0f, 66.0f, 568.0f, 40.0f), app.exeDir.c_str(), uiFontSize(ui, 14.0f),
-                  colMuted, 1.0f);
+                  colMuted, panel.s);
     if (app.gameFiles.empty()) panelText(ui, panel, 130.0f, tr(STR_NO_GAME_FILES), 18.0f, colText);
     for (size_t i = 0; i < std::min(app.gameFiles.size(), MOST_ROWS); i++)
         drawFileRow(ui, panel, panel.y + (112.0f + 26.0f * static_cast<float>(i)) * panel.s,
@@ -146,9 +148,10 @@ static void drawFilesPage(App& app, const LauncherPanel& panel) {
 static void drawConfirmationPage(App& app, const LauncherPanel& panel) {
     Ui& ui = app.ui;
     const bool uninstall = app.launcherPage == LAUNCHER_UNINSTALL;
+    assert(uninstall || app.launcherPage == LAUNCHER_DELETE_SAVE);
     uiWrappedText(ui, inPanel(panel, 36.0f, 40.0f, 568.0f, 150.0f),
                   tr(uninstall ? STR_UNINSTALL_QUESTION : STR_DELETE_QUESTION), uiFontSize(ui, 22.0f),
-                  colText, 1.0f);
+                  colText, panel.s);
 
     const float y = panel.height - 80.0f;
     const UiRect left = inPanel(panel, 106.0f, y, 200.0f, BUTTON_HEIGHT);

@@ -8,6 +8,8 @@
 #include "ui/words/languages.h"
 #include "ui/words/strings.h"
 
+#include <cassert>
+
 enum OptionRow {
     ROW_RESOLUTION,
     ROW_DISPLAY,
@@ -29,7 +31,10 @@ static constexpr StringId CAPTIONS[ROW_COUNT] = {
 };
 
 // A hand-edited file may hold a quality below the table; it counts as medium, as it does for the shadows.
-static int qualityIndex(const Settings& settings) { return settings.quality < 0 ? 1 : settings.quality; }
+static int qualityIndex(const Settings& settings) {
+    assert(settings.quality <= 2); // which loading sees to
+    return settings.quality < 0 ? 1 : settings.quality;
+}
 
 // While no language was chosen, the one found at the start.
 static int languageIndex(const Settings& settings) {

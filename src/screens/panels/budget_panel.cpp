@@ -14,6 +14,7 @@ constexpr uint32_t BUDGET_ID = 390; // the same
 // Indexed like City::serviceBudget.
 static constexpr std::array<StringId, 8> BUDGETS = {STR_POLICE, STR_FIRE,    STR_HEALTH, STR_EDUCATION,
                                                     STR_PARKS,  STR_TRANSIT, STR_POWER,  STR_WATER};
+static_assert(BUDGETS.size() == decltype(City::serviceBudget)().size());
 
 struct RateRow {
     const char* caption;

@@ -5,6 +5,7 @@
 #include "view/gl/shaders.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 
 static const void* byteOffset(size_t bytes) {
@@ -12,6 +13,7 @@ static const void* byteOffset(size_t bytes) {
 }
 
 bool uiInit(Ui& ui, FontSystem& fonts, std::string* errorText) {
+    assert(ui.program == 0 && ui.vao == 0 && ui.vbo == 0);
     ui.fonts = &fonts;
     if (!linkProgram(ui.program, UI_VERTEX_TEXT, UI_FRAGMENT_TEXT, errorText)) return false;
     ui.screenUniform = gl.GetUniformLocation(ui.program, "uScreen");
@@ -57,6 +59,7 @@ void uiBeginFrame(Ui& ui, int width, int height, const Input& input) {
 
 void uiFlush(Ui& ui) {
     if (ui.vertices.empty()) return;
+    assert(ui.commands.back().first + ui.commands.back().count == ui.vertices.size());
 
     gl.Disable(GL_DEPTH_TEST);
     gl.Disable(GL_CULL_FACE);
@@ -85,6 +88,7 @@ void uiFlush(Ui& ui) {
 }
 
 UiVertex* uiBatch(Ui& ui, uint32_t texture, uint32_t vertexCount) {
+    assert(vertexCount % 3 == 0); // whole triangles
     const size_t first = ui.vertices.size();
     if (!ui.commands.empty() && ui.commands.back().texture == texture)
         ui.commands.back().count += vertexCount;

@@ -62,7 +62,6 @@ void uiWrappedText(Ui& ui, UiRect rect, const char* text, int size, UiColor colo
     const float lineStep = lineHeight + 2.0f * extraLineGap;
     const int length = static_cast<int>(std::strlen(text)); // a line has a byte at least
     const int mostLines = linesThatFit(rect, lineHeight, lineStep, length);
-    if (mostLines == 0) return;
 
     float y = rect.y;
     for (const std::string& line : fontsWrapText(*ui.fonts, text, size, rect.w, mostLines)) {

@@ -5,6 +5,7 @@
 #include "ui/words/format_text.h"
 
 #include <algorithm>
+#include <cassert>
 
 struct ButtonState {
     bool bright = false;
@@ -65,6 +66,7 @@ static UiColor labelColor(bool enabled, bool primary) {
 
 bool uiButton(Ui& ui, uint32_t id, UiRect rect, const char* label, bool enabled, bool primary, int size,
               bool bold) {
+    assert(id != 0); // which would hold the mouse when nothing does
     const ButtonState state = buttonState(ui, id, rect, enabled);
 
     constexpr float RADIUS = 6.0f;

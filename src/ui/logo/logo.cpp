@@ -4,6 +4,7 @@
 #include "view/gl/vec.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 
 // A picture of the size that the menus use takes a million samples, and each could ask 120 pieces of road and
@@ -89,6 +90,7 @@ static std::array<LogoRoadPoint, LOGO_ROAD_POINTS> makeRoadPoints() {
             }
             points[count++] = point;
         }
+    assert(count == points.size());
     return points;
 }
 
@@ -101,6 +103,7 @@ const std::array<LogoRoadPoint, LOGO_ROAD_POINTS>& logoRoadPoints() {
 bool logoWindowLit(float left, float top, float x, float y, uint32_t seed) {
     const float u = x - left;
     const float v = y - top;
+    assert(u >= 0.0f && v >= 0.0f);
     const int column = static_cast<int>(u / 6.0f);
     const int row = static_cast<int>(v / 7.0f);
     if (u - static_cast<float>(column * 6) <= 2.0f || v - static_cast<float>(row * 7) <= 2.2f) return false;
@@ -184,6 +187,7 @@ static Square quarter(const Square& parent, int left, int top, float unit) {
     Square square;
     square.left = left;
     square.top = top;
+    assert(parent.width % 2 == 0);
     square.width = parent.width / 2;
 
     const float x0 = static_cast<float>(left) * unit;
@@ -282,6 +286,7 @@ static Vec3 withRoad(const Vec3& behind, const RoadPlace& place) {
 }
 
 static uint8_t channelByte(float sum, int count) {
+    assert(count > 0);
     const float value = sum / static_cast<float>(count) * 255.0f + 0.5f;
     return static_cast<uint8_t>(std::clamp(value, 0.0f, 255.0f));
 }
@@ -307,6 +312,7 @@ static Painting makePainting(int size, uint8_t* pixels) {
 }
 
 static void paintPixel(const Painting& painting, const Square& square) {
+    assert(square.left < painting.size && square.top < painting.size);
     const size_t n = static_cast<size_t>(painting.samples);
     const size_t left = static_cast<size_t>(square.left);
     const size_t top = static_cast<size_t>(square.top);

@@ -4,6 +4,7 @@
 #include "ui/text/shape_text.h"
 
 #include <algorithm>
+#include <cassert>
 #include <charconv>
 #include <span>
 
@@ -221,6 +222,7 @@ int fontsMeasure(FontSystem& fonts, const char* text, int size, bool bold) {
     if (found != fonts.widths.end()) return found->second;
 
     const int width = fontsMeasureAnew(fonts, text, size, bold);
+    assert(key.ends_with(text));
     fontsMakeRoom(fonts, key.size());
     fonts.widths.emplace(key, width);
     return width;
@@ -235,6 +237,7 @@ int fontsLineSkip(FontSystem& fonts, int size, bool bold) {
 static TextRun uploadRun(const SDL_Surface& surface) {
     // A wider texture is refused by common cards. What is cut here lies beyond every screen.
     constexpr int WIDEST_RUN = 8192;
+    assert(surface.pitch == surface.w * 4);
     TextRun run = {0, std::min(surface.w, WIDEST_RUN), surface.h};
     gl.GenTextures(1, &run.texture);
     gl.BindTexture(GL_TEXTURE_2D, run.texture);

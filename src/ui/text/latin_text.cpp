@@ -1,6 +1,7 @@
 #include "ui/text/latin_text.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstdint>
 #include <cstring>
 #include <vector>
@@ -8,6 +9,7 @@
 // --- Pictures of the text library: 32 bits a pixel, alpha in the highest byte
 
 static const uint32_t* pixelRow(const SDL_Surface& surface, int y) {
+    assert(y >= 0 && y < surface.h && surface.format->BytesPerPixel == 4);
     const uint8_t* pixels = static_cast<const uint8_t*>(surface.pixels);
     return reinterpret_cast<const uint32_t*>(pixels + static_cast<ptrdiff_t>(y) * surface.pitch);
 }
@@ -109,5 +111,6 @@ SDL_Surface* renderMixedText(TTF_Font* font, TTF_Font* latinFont, const std::str
         SDL_BlitSurface(picture, nullptr, line, &place);
         SDL_FreeSurface(picture);
     }
+    assert(x == line->w);
     return line;
 }

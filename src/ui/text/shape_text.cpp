@@ -1,5 +1,6 @@
 #include "ui/text/shape_text.h"
 
+#include <cassert>
 #include <cstddef>
 #include <string_view>
 #include <vector>
@@ -38,6 +39,7 @@ static CodePoints decode(std::string_view text) {
 }
 
 static void encode(std::string& text, uint32_t point) {
+    assert(point < 0x200000); // what four bytes hold
     const auto byte = [&](uint32_t value) { text += static_cast<char>(value); };
     if (point < 0x80) return byte(point);
     if (point < 0x800) {
@@ -168,7 +170,8 @@ static CodePoints joinLetters(const CodePoints& points) {
             continue;
         }
         // A mark between lam and alef keeps them apart, because it belongs to the lam alone.
-        const uint32_t ligature = point == LAM && i + 1 < points.size() ? lamAlef(points[i + 1]) : 0;
+        const bool last = i + 1 == points.size();
+        const uint32_t ligature = point == LAM && !last ? lamAlef(points[i + 1]) : 0;
         if (ligature) {
             joined.push_back(ligature + (joinedBefore ? 1 : 0));
             i++;
@@ -254,6 +257,7 @@ static CodePoints reorder(const CodePoints& points) {
             for (size_t i = end; i-- > start;) ordered.push_back(mirrored(points[i]));
         end = start;
     }
+    assert(ordered.size() == points.size());
     return ordered;
 }
 

@@ -1,6 +1,7 @@
 #include "ui/text/text_layout.h"
 
 #include <bit>
+#include <cassert>
 #include <string_view>
 #include <utility>
 
@@ -21,6 +22,7 @@ int fontsFitSize(FontSystem& fonts, const char* text, int size, float maxWidth, 
     int fitted = size;
     while (fitted > SMALLEST && static_cast<float>(fontsMeasureAnew(fonts, text, fitted, bold)) > maxWidth)
         fitted--;
+    assert(key.ends_with(text)); // no other look-up came between
     fontsMakeRoom(fonts, key.size());
     fonts.fittedSizes.emplace(key, fitted);
     return fitted;
@@ -62,6 +64,7 @@ static void endLine(Wrapping& wrapping) {
 
 // Bytes of the first code point; continuation bytes belong to the lead before them.
 static size_t codePointLength(std::string_view text) {
+    assert(!text.empty());
     size_t length = 1;
     while (length < text.size() && (static_cast<uint8_t>(text[length]) & 0xC0u) == 0x80u) length++;
     return length;
@@ -70,6 +73,7 @@ static size_t codePointLength(std::string_view text) {
 // A word wider than the paragraph, on a new line: cut where the next code point would not fit. One that is
 // too wide by itself stands alone.
 static void breakWord(Wrapping& wrapping, std::string_view word) {
+    assert(wrapping.line.empty());
     while (!word.empty() && !isDone(wrapping)) {
         const std::string_view character = word.substr(0, codePointLength(word));
         if (!append(wrapping, character)) {
@@ -106,6 +110,7 @@ static std::vector<std::string> wrap(Wrapping& wrapping, std::string_view text) 
 
 const std::vector<std::string>& fontsWrapText(FontSystem& fonts, const char* text, int size, float width,
                                               int mostLines) {
+    assert(mostLines >= 0);
     std::string& key = fontsKey(fonts, size, false);
     appendNumber(key, bitsOf(width));
     key += '|';
@@ -117,6 +122,7 @@ const std::vector<std::string>& fontsWrapText(FontSystem& fonts, const char* tex
 
     Wrapping wrapping = {fonts, size, width, static_cast<size_t>(mostLines)};
     std::vector<std::string> lines = wrap(wrapping, text);
+    assert(key.ends_with(text));
     fontsMakeRoom(fonts, key.size() * 2 + lines.size() * sizeof(std::string)); // key and lines
     return fonts.paragraphs.emplace(key, std::move(lines)).first->second;
 }

@@ -5,6 +5,8 @@
 #include "ui/words/strings.h"
 #include "view/world/world_meshes.h"
 
+#include <cassert>
+
 enum StatusArgument {
     NOTHING,
     NUMBER,
@@ -76,6 +78,7 @@ const char* buildingName(int kind) { return kind >= 0 && kind < KIND_COUNT ? tr(
 
 // The rows of the overlays follow that of the bulldozer.
 const char* overlayName(int overlay) {
+    assert(overlay >= 0 && overlay < OVERLAY_COUNT);
     return tr(overlay == OVERLAY_NORMAL ? STR_NORMAL : STR_BULLDOZE + overlay);
 }
 

@@ -2,6 +2,7 @@
 
 #include <SDL.h>
 
+#include <cassert>
 #include <cstring>
 
 static constexpr Language LANGUAGES[LANGUAGE_COUNT] = {
@@ -11,7 +12,10 @@ static constexpr Language LANGUAGES[LANGUAGE_COUNT] = {
     {"ar", "العربية", 1},    {"hi", "हिन्दी", 0},
 };
 
-const Language& languageAt(int index) { return LANGUAGES[index]; }
+const Language& languageAt(int index) {
+    assert(index >= 0 && index < LANGUAGE_COUNT);
+    return LANGUAGES[index];
+}
 
 int languageFromCode(const char* text) {
     if (!text) return 0;

@@ -1,5 +1,6 @@
 #include "ui/words/strings.h"
 
+#include <cassert>
 #include <cstddef>
 
 const char* textOfRow(const char* const* row, int language) {
@@ -8,5 +9,6 @@ const char* textOfRow(const char* const* row, int language) {
 }
 
 const char* tr(int id) {
+    assert(id >= 0 && id < STRING_COUNT);
     return textOfRow(stringTable + static_cast<ptrdiff_t>(id) * LANGUAGE_COUNT, currentLanguage());
 }

@@ -164,6 +164,7 @@ TEST_F(GameScreenTest, CitiesOfWildSavesInEveryView) {
         for (const int height : {300, 720, 1440}) {
             resize(1280, height);
             drawEveryView();
+            expectEveryVertexFinite();
         }
     }
 }
@@ -213,4 +214,5 @@ TEST_F(GameScreenTest, AHandThatClicksEverywhereBreaksNothing) {
         ASSERT_TRUE(app.speed >= 0 && app.speed <= 3);
         ASSERT_LE(app.tutorialStep, 8);
     }
+    for (const Voice& voice : app.audio.voices) EXPECT_FALSE(voice.active); // no button of the game sounds
 }

@@ -186,6 +186,37 @@ TEST_F(TutorialTest, InALowWindowTheCardIsHeldAboveTheBottom) {
     EXPECT_FLOAT_EQ(app.tutorialCard.y, 340.0f - 330.0f * 0.75f);
 }
 
+// The button of the utilities, at 214 of 720: in the upper half of this window, and in the lower one.
+TEST_F(TutorialTest, InAVeryLowWindowTheCardStandsAboveItsButton) {
+    resize(1280, 321);
+    show(3);
+    EXPECT_FLOAT_EQ(app.tutorialCard.x, 304.0f * 0.75f);
+    resize(1280, 320);
+    show(3);
+    EXPECT_FLOAT_EQ(app.tutorialCard.x, 38.0f * 0.75f);
+    EXPECT_FLOAT_EQ(app.tutorialCard.y, (214.0f - 210.0f - 70.0f) * 0.75f);
+}
+
+// So low that the mission block stands where the top bar ends.
+TEST_F(TutorialTest, ATargetCountsAsThatOfTheTopAboveSixty) {
+    resize(1280, 102);
+    show(5);
+    EXPECT_FLOAT_EQ(app.tutorialCard.x, (12.0f + 360.0f + 70.0f) * 0.75f); // to its right
+    resize(1280, 101);
+    show(5);
+    EXPECT_FLOAT_EQ(app.tutorialCard.x, (1280.0f - 360.0f) / 2.0f); // below it
+}
+
+TEST_F(TutorialTest, AnArrowOfAPixelIsNotDrawn) {
+    resize(741, 720); // the card is pushed from the right towards its button
+    show(3);
+    EXPECT_FLOAT_EQ(app.tutorialCard.x, 241.0f);
+    EXPECT_FALSE(pointsAt(240, 231));
+    resize(742, 720);
+    show(3);
+    EXPECT_TRUE(pointsAt(240, 231));
+}
+
 TEST_F(TutorialTest, TheInterfaceBelowWorksAsUsual) {
     show(1);
     click(126, 117); // the highlighted button

@@ -77,6 +77,25 @@ TEST_F(BudgetPanelTest, BudgetsEndAt50And150) {
     EXPECT_EQ(app.city.serviceBudget, (std::array<int32_t, 8>{50, 50, 150, 150, 100, 100, 100, 100}));
 }
 
+// A loaded city may have a rate between the steps.
+TEST_F(BudgetPanelTest, NextToItsEndARateStillMovesToIt) {
+    app.city.taxRate = {21, 199, 100, 100};
+    app.city.serviceBudget = {51, 149, 100, 100, 100, 100, 100, 100};
+    draw();
+    for (const int row : {0, 1, 4, 5}) {
+        EXPECT_EQ(look(minus(row)), NORMAL) << row;
+        EXPECT_EQ(look(plus(row)), NORMAL) << row;
+    }
+    click(minus(0));
+    click(plus(1));
+    click(minus(4));
+    click(plus(5));
+    EXPECT_EQ(app.city.taxRate[0], 20);
+    EXPECT_EQ(app.city.taxRate[1], 200);
+    EXPECT_EQ(app.city.serviceBudget[0], 50);
+    EXPECT_EQ(app.city.serviceBudget[1], 150);
+}
+
 TEST_F(BudgetPanelTest, InALowWindowTheLastRowsStandOverTheBottomBarAndStillWork) {
     resize(1280, 480); // the scale is 0.75
     const float scale = 0.75f;

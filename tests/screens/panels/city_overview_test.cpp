@@ -35,6 +35,15 @@ TEST_F(CityOverviewTest, DemandPeopleAndAHint) {
     expectText(hint.words, 988, 536, 15, colMuted);
 }
 
+TEST_F(CityOverviewTest, HappinessIsRounded) {
+    for (const auto& [happiness, words] :
+         {std::pair(64.4f, "64%"), {64.5f, "65%"}, {0.4f, "0%"}, {99.5f, "100%"}}) {
+        app.city.happiness = happiness;
+        draw();
+        expectText(words, 1256, 322, 15, colText, ALIGN_RIGHT);
+    }
+}
+
 TEST_F(CityOverviewTest, DemandIsCutTowardsZero) {
     app.city.demand = {0.999f, -0.999f, 0.009f, -0.009f};
     draw();

@@ -38,6 +38,15 @@ TEST_F(DistrictPanelTest, TheTaxGoesRound) {
     EXPECT_EQ(app.city.districtTax, (std::array<int32_t, 9>{1, 1, 1, 2, 1, 1, 1, 1, 1}));
 }
 
+TEST_F(DistrictPanelTest, ATaxOfAWildSaveReadsAsTheNearestLevel) {
+    for (const auto& [tax, level] :
+         {std::pair(-2147483647, "Low"), {-1, "Low"}, {3, "High"}, {255, "High"}}) {
+        app.city.districtTax[3] = tax;
+        draw();
+        EXPECT_TRUE(says(level)) << tax;
+    }
+}
+
 TEST_F(DistrictPanelTest, PoliciesGoOnAndOffOneByOne) {
     constexpr uint8_t BITS[] = {1, 2, 4};
     for (int i = 0; i < 3; i++) {

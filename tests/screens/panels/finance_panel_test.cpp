@@ -58,6 +58,13 @@ TEST_F(FinancePanelTest, DebtAndLossAreRed) {
     expectText("0", 1256, 180, 15, colBad, ALIGN_RIGHT);
 }
 
+TEST_F(FinancePanelTest, NothingIsNeitherDebtNorLoss) {
+    app.city.money = 0.0;
+    draw();
+    expectText("0", 1256, 108, 15, colGold, ALIGN_RIGHT);
+    expectText("0", 1256, 180, 15, colGood, ALIGN_RIGHT);
+}
+
 TEST_F(FinancePanelTest, AnEmptyChartIsADarkBox) {
     draw();
     EXPECT_TRUE(drew({994, 214, 256, 200}, {0.05f, 0.05f, 0.05f, 0.9f})); // between the rounded corners

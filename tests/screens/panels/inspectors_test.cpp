@@ -1,6 +1,7 @@
 #include "app/tools.h"
 #include "screens/hud_fixture.h"
 #include "sim/city_helpers.h"
+#include "ui/words/hud_text.h"
 #include "ui/words/languages.h"
 
 #include <cmath>
@@ -112,17 +113,30 @@ TEST_F(InspectorTest, DaysWithoutServicePushTheRestDown) {
     expectText("District", 988, 198, 15, colMuted);
 }
 
+TEST_F(InspectorTest, TheFirstDayWithoutServiceIsTold) {
+    Building& home = select(KIND_HOMES);
+    draw();
+    EXPECT_FALSE(says("No service for 0 days"));
+    home.unservedDays = 1;
+    draw();
+    EXPECT_TRUE(says("No service for 1 days"));
+}
+
 TEST_F(InspectorTest, ALongNameShrinksBesideTheCross) {
-    setCurrentLanguage(4); // German
-    for (uint8_t kind = 0; kind < KIND_COUNT; kind++) {
-        select(kind);
-        draw();
-        for (const Label& text : texts())
-            if (text.rect.x == 988.0f && text.rect.y == 68.0f) {
-                EXPECT_LE(text.rect.w, 232.0f) << text.words;
-            }
-        app.city.buildings.clear();
+    int shrunk = 0;
+    for (int language = 0; language < LANGUAGE_COUNT; language++) {
+        setCurrentLanguage(language);
+        fontsSetLanguage(app.fonts, language);
+        for (uint8_t kind = 0; kind < KIND_COUNT; kind++) {
+            select(kind);
+            draw();
+            const Label name = textOf(buildingName(kind));
+            EXPECT_LE(name.rect.w, 232.0f) << name.words;
+            shrunk += name.size < 20;
+            app.city.buildings.clear();
+        }
     }
+    EXPECT_GT(shrunk, 0);
     setCurrentLanguage(0);
 }
 

@@ -55,6 +55,9 @@ TEST_F(StatisticsPanelTest, NobodyIsUnemployedBelowZero) {
     app.city.employed = 9;
     draw();
     expectRow(3, "Unemployed", "0");
+    app.city.workers = 10;
+    draw();
+    expectRow(3, "Unemployed", "1", colBad);
     app.city.workers = 2147483647;
     app.city.employed = -2147483647;
     draw();

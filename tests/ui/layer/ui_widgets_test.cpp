@@ -195,6 +195,21 @@ TEST_F(Widgets, APanelThatGoesDoesNotKillTheOneAfterIt) {
     EXPECT_EQ(ui.activeId, ID);
 }
 
+TEST_F(Widgets, APanelDrawnAlreadyIsNoOtherThatDiffersInOneEdge) {
+    constexpr UiRect LATER = {90, 90, 300, 100};
+    for (const UiRect& earlier :
+         {UiRect{91, 90, 300, 100}, {90, 91, 300, 100}, {90, 90, 301, 100}, {90, 90, 300, 101}}) {
+        for (const Input& input : {Input{}, pressAt(INSIDE, INSIDE)}) {
+            begin(input);
+            uiPanel(ui, earlier, 12, 2);
+            uiButton(ui, ID, PLACE, "", true, false, 16);
+            uiPanel(ui, LATER, 12, 2);
+        }
+        EXPECT_EQ(ui.activeId, 0u) << earlier.x << ' ' << earlier.y << ' ' << earlier.w << ' ' << earlier.h;
+        ui.activeId = 0;
+    }
+}
+
 TEST_F(Widgets, AButtonThatIsNoLongerDrawnKeepsThePressUntilTheNext) {
     button(pressAt(INSIDE, INSIDE));
     begin(releaseAt(INSIDE, INSIDE));
@@ -260,6 +275,20 @@ TEST_F(Widgets, AButtonIsAShadowABodyAFrameAndItsLabel) {
         uiFrame(plain, PLACE, 1.5f, row.frame);
         uiTextInRect(plain, PLACE, "Text", 16, row.label, ALIGN_CENTER, 8);
         expectSameAs(plain);
+    }
+}
+
+TEST_F(Widgets, CornersFramesAndShadowsAreTheSamePixelsInEveryWindow) {
+    const auto drawAt = [&](int height) {
+        uiBeginFrame(ui, 1280, height, {});
+        uiButton(ui, ID, PLACE, "Text", true, true, 16);
+        uiProgressBar(ui, {10, 20, 100, 9}, 0.5f, colGood, colTrack);
+    };
+    drawAt(720);
+    const Ui usual = ui;
+    for (const int height : {540, 1440}) {
+        drawAt(height);
+        expectSameAs(usual);
     }
 }
 

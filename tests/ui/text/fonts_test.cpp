@@ -75,6 +75,7 @@ TEST(FontsStart, WithoutAFontTheGameGoesOnAndSaysSo) {
     EXPECT_EQ(fonts.ttfReady, 1);
 
     EXPECT_EQ(fontsMeasure(fonts, "Text", 16, false), 0);
+    EXPECT_EQ(fontsMeasureAnew(fonts, "Text", 16, false), 0);
     EXPECT_EQ(fontsLineSkip(fonts, 16, false), 16);
     EXPECT_EQ(fontsLineSkip(fonts, -3, true), -3);
     EXPECT_TRUE(isNothing(fontsRenderRun(fonts, "Text", 16, WHITE, false)));
@@ -306,8 +307,10 @@ TEST_F(Fonts, AWidthIsThatOfTheShapedText) {
 
 TEST_F(Fonts, AnEmptyTextAsksTheTextLibraryNothing) {
     EXPECT_EQ(fontsMeasure(fonts, "", 16, false), 0);
+    EXPECT_EQ(fontsMeasureAnew(fonts, "", 16, false), 0);
     EXPECT_TRUE(isNothing(render("")));
     EXPECT_EQ(gate.opened + gate.measured + gate.rendered, 0);
+    EXPECT_THAT(fonts.widths, IsEmpty());
     EXPECT_THAT(fake.calls, IsEmpty());
 }
 

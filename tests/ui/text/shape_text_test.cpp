@@ -34,12 +34,14 @@ TEST(ShapeBytes, AByteThatLeadsNothingIsAReplacement) {
 
 TEST(ShapeBytes, TheTopBitsOfFollowingBytesAreNotLookedAt) {
     EXPECT_EQ(hindi("\xc3(\xe0$5"), "\xc3\xa8\u0935"); // as C3 A8 and E0 A4 B5
-    EXPECT_EQ(hindi("\xc1\x81"), "A");                 // a longer form than needed
+    EXPECT_EQ(hindi("\xc0\xb1\xc1\x81"), "1A");        // longer forms than needed
 }
 
 TEST(ShapeBytes, SequencesOfEveryLengthComeBack) {
     EXPECT_EQ(hindi("a\u00e9\u20ac\U0001F600"), "a\u00e9\u20ac\U0001F600");
-    EXPECT_EQ(hindi("\xf7\xbf\xbf\xbf"), "\xf7\xbf\xbf\xbf"); // beyond Unicode
+    for (const char* edge : {"\x7f", "\xc2\x80", "\xdf\xbf", "\xe0\xa0\x80", "\xef\xbf\xbf",
+                             "\xf0\x90\x80\x80", "\xf7\xbf\xbf\xbf"}) // the last is beyond Unicode
+        EXPECT_EQ(hindi(edge), edge);
 }
 
 TEST(ShapeBytes, AnyBytesAreBorne) {

@@ -46,6 +46,19 @@ TEST(FormatText, NeverCutsInsideASequence) {
     EXPECT_EQ(cut<11>(text), text);
 }
 
+TEST(FormatText, EveryLeadByteTellsItsLength) {
+    const struct {
+        char lead;
+        size_t length;
+    } rows[] = {{'\xc0', 2}, {'\xdf', 2}, {'\xe0', 3}, {'\xef', 3}, {'\xf0', 4}, {'\xf7', 4}};
+    for (const auto& [lead, length] : rows) {
+        const std::string sequence = lead + std::string(length - 1, '\x80');
+        const std::string whole = std::string(7 - length, 'a') + sequence;
+        EXPECT_EQ(cut<8>((whole + "z").c_str()), whole) << length;
+        EXPECT_EQ(cut<8>(("a" + whole).c_str()), std::string(8 - length, 'a')) << length;
+    }
+}
+
 TEST(FormatText, BearsBytesThatAreNoText) {
     EXPECT_EQ(cut<4>("\x80\x80\x80\x80"), "\x80\x80\x80");
     EXPECT_EQ(cut<4>("a\x80\x80\x80"), "a\x80\x80");
