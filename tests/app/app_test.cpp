@@ -1,5 +1,6 @@
 #include "app/app.h"
 
+#include "app/session.h"
 #include "maintenance/platform.h"
 #include "sim/city_helpers.h"
 #include "sim/map_generation.h"
@@ -9,7 +10,12 @@
 
 #include <gtest/gtest.h>
 
+#include <SDL.h>
+
 #include <cstdlib>
+#include <iterator>
+
+#include <unistd.h>
 
 // The start of the game on a GL table that draws nothing.
 class AppInit : public testing::Test {
@@ -55,6 +61,11 @@ TEST_F(AppInit, FilesLieInThePreferenceFolderAndBesideTheProgram) {
     EXPECT_EQ(app.exePath, app.exeDir + EXECUTABLE_NAME);
 }
 
+TEST_F(AppInit, WritesNothing) {
+    ASSERT_TRUE(start());
+    EXPECT_TRUE(std::filesystem::is_empty(folder));
+}
+
 TEST_F(AppInit, ASaveThatCanBeOpenedCanBeContinued) {
     ASSERT_TRUE(start());
     EXPECT_FALSE(app.saveExists);
@@ -82,6 +93,71 @@ TEST_F(AppInit, ALanguageThatWasNeverChosenIsTheSystems) {
     EXPECT_EQ(currentLanguage(), system);
     EXPECT_EQ(app.fonts.language, system);
     EXPECT_EQ(app.settings.language, -1);
+}
+
+TEST_F(AppInit, AFinishedUpdateIsThrownAwayAtTheStart) {
+    setenv("TMPDIR", folder.c_str(), 1);
+    const std::filesystem::path own = folder + "orlavane-" + std::to_string(geteuid());
+    std::filesystem::create_directory(own);
+    std::filesystem::permissions(own, std::filesystem::perms(0700));
+    writeText(own / "Orlavane-setup-update.exe", "an update");
+    EXPECT_TRUE(start());
+    unsetenv("TMPDIR");
+    EXPECT_TRUE(std::filesystem::is_empty(own));
+}
+
+static bool baseIsKnown = true;
+
+// Found before SDL's own.
+extern "C" char* SDL_GetBasePath() {
+    return baseIsKnown ? SDL_strdup((std::filesystem::canonical("/proc/self/exe").parent_path() / "").c_str())
+                       : nullptr;
+}
+
+TEST_F(AppInit, AProgramThatDoesNotKnowItsFolderTakesTheWorkingOne) {
+    baseIsKnown = false;
+    EXPECT_TRUE(start());
+    baseIsKnown = true;
+    EXPECT_EQ(app.exeDir, "./");
+}
+
+// Names of that kind that were made and not given back.
+static int namesLeft(const FakeGl& fake, const std::string& made, const std::string& deleted) {
+    return static_cast<int>(callsOf(fake, made).size()) - static_cast<int>(callsOf(fake, deleted).size());
+}
+
+TEST_F(AppInit, TheShutdownGivesBackWhateverTheStartAndTheGameTook) {
+    const auto openFiles = [] {
+        const std::filesystem::directory_iterator files("/proc/self/fd");
+        return std::distance(begin(files), end(files));
+    };
+    ASSERT_TRUE(start()); // what libraries keep for the whole process is open by now
+    appShutdown(app);
+    const auto before = openFiles();
+    app.audio = {};
+    fake.recording = true;
+    ASSERT_TRUE(start());
+    newCity(app);
+    layRoads(app.city, 40, 48, 56, 48);
+    addBuilding(app.city, 48, 47, KIND_PARK);
+    app.city.buildingsDirty = app.city.roadsDirty = 1;
+    Input input;
+    input.drawableWidth = 1600;
+    input.drawableHeight = 900;
+    input.mouseX = 800.0f;
+    input.mouseY = 450.0f;
+    for (int frame = 0; frame < 100; frame++) stepGame(app, input, 0.1f);
+    ASSERT_GT(app.meshes.hoverMesh.vertexCount, 0);
+    ASSERT_GT(app.meshes.streetLifeMesh.vertexCount, 0);
+    appShutdown(app);
+    EXPECT_EQ(namesLeft(fake, "GenBuffers", "DeleteBuffers"), 0);
+    EXPECT_EQ(namesLeft(fake, "GenVertexArrays", "DeleteVertexArrays"), 0);
+    EXPECT_EQ(namesLeft(fake, "GenTextures", "DeleteTextures"), 0);
+    EXPECT_EQ(namesLeft(fake, "GenFramebuffers", "DeleteFramebuffers"), 0);
+    EXPECT_EQ(namesLeft(fake, "CreateProgram", "DeleteProgram"), 0);
+    EXPECT_EQ(app.logoTexture, 0u);
+    EXPECT_EQ(app.audio.device, 0u);
+    EXPECT_EQ(openFiles(), before);
 }
 
 TEST_F(AppInit, WithoutTheInterfacesShadersItFailsAndSaysWhy) {
