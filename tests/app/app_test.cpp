@@ -131,6 +131,8 @@ TEST_F(AppInit, TheShutdownGivesBackWhateverTheStartAndTheGameTook) {
         const std::filesystem::directory_iterator files("/proc/self/fd");
         return std::distance(begin(files), end(files));
     };
+    writeText(folder + "savegame.ovw", "");
+    writeText(folder + "settings.ini", "");
     ASSERT_TRUE(start()); // what libraries keep for the whole process is open by now
     appShutdown(app);
     const auto before = openFiles();

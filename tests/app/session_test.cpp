@@ -479,6 +479,18 @@ protected:
         app.city.history[HISTORY_POPULATION] = {10000.0f, 0.0f, people};
         app.city.population = 7;
     }
+    // The streets fill as for so many people.
+    void expectPopulation(int population) {
+        app.speed = 3;
+        app.dayTimer = -100.0f; // no day ends meanwhile
+        app.streetLife = {};
+        StreetLife expected;
+        for (int i = 0; i < 150; i++) {
+            frame(0.1f);
+            updateStreetLife(expected, app.city, 0.3f, population);
+        }
+        EXPECT_TRUE(app.streetLife == expected) << population;
+    }
 };
 
 TEST_F(StreetLifeInPlay, IsSteppedByTheGamesTimeWithTheLastPopulation) {
@@ -509,36 +521,27 @@ TEST_F(StreetLifeInPlay, StandsInThePauseAndCountsNobodyBeforeTheFirstDay) {
 }
 
 TEST_F(StreetLifeInPlay, ChartsThatNoCityHasCountForSomeNumber) {
-    const float nobody[] = {-250.0f, std::nanf(""), 0.0f};
-    const float many[] = {1e30f, 1e9f};
-    const auto expectPopulation = [&](float charted, int population) {
+    for (const float charted : {-250.0f, std::nanf(""), 0.0f}) {
         settle(charted);
-        app.streetLife = {};
-        StreetLife expected;
-        for (int i = 0; i < 30; i++) {
-            frame(0.1f);
-            updateStreetLife(expected, app.city, 0.1f, population);
-        }
-        EXPECT_TRUE(app.streetLife == expected) << charted;
-    };
-    for (const float charted : nobody) expectPopulation(charted, 0);
-    for (const float charted : many) expectPopulation(charted, 1000000000);
+        expectPopulation(0);
+    }
+    for (const float charted : {1e9f, 1e30f}) {
+        settle(charted);
+        expectPopulation(1000000000);
+    }
 }
 
 TEST_F(StreetLifeInPlay, TheLastEntryOfAFullChartCounts) {
     settle(400.0f);
     app.city.history[HISTORY_POPULATION].fill(0.0f);
     app.city.history[HISTORY_POPULATION][HISTORY_LENGTH - 1] = 600.0f;
-    for (const int count : {HISTORY_LENGTH, 1, HISTORY_LENGTH + 5}) { // the last as in a wild save
+    for (const int count : {HISTORY_LENGTH, HISTORY_LENGTH + 5}) { // the second as in a wild save
         app.city.historyCount = count;
-        app.streetLife = {};
-        StreetLife expected;
-        for (int i = 0; i < 30; i++) {
-            frame(0.1f);
-            updateStreetLife(expected, app.city, 0.1f, count == 1 ? 0 : 600);
-        }
-        EXPECT_TRUE(app.streetLife == expected) << count;
+        expectPopulation(600);
     }
+    app.city.history[HISTORY_POPULATION][0] = 500.0f;
+    app.city.historyCount = 1;
+    expectPopulation(500);
 }
 
 TEST_F(StreetLifeInPlay, ItsMeshFollowsEachFrame) {
