@@ -26,7 +26,7 @@ HudLayout hudLayout(int drawableWidth, int drawableHeight) {
 HudLayout hudLayout(const Ui& ui) { return hudLayout(ui.screenW, ui.screenH); }
 
 UiRect categoryButton(const HudLayout& hud, int category) {
-    assert(category >= 0 && category < CATEGORY_COUNT);
+    assert(category >= 0 && category <= CATEGORY_COUNT); // a line stands in the place after the last
     const float s = hud.scale;
     return {18.0f * s, (62.0f + 38.0f * static_cast<float>(category)) * s, 216.0f * s, 34.0f * s};
 }

@@ -38,6 +38,39 @@ protected:
     std::string notes;
 };
 
+TEST(App, BeginsWithNothingOpenNothingChosenAndTimeRunning) {
+    const App app;
+    EXPECT_EQ(app.screen, SCREEN_LAUNCHER);
+    EXPECT_EQ(app.returnScreen, SCREEN_TITLE);
+    EXPECT_EQ(app.launcherPage, LAUNCHER_MAIN);
+    EXPECT_FALSE(app.initialised || app.saveExists || app.paused || app.quitRequested || app.displayDirty);
+    EXPECT_EQ(app.tutorialStep, -1);
+    EXPECT_EQ(app.tutorialCard.w, 0.0f);
+    EXPECT_EQ(app.currentTool, 0);
+    EXPECT_EQ(app.currentCategory, 0);
+    EXPECT_EQ(app.currentOverlay, OVERLAY_NORMAL);
+    EXPECT_EQ(app.currentPanel, PANEL_NONE);
+    EXPECT_EQ(app.paintDistrict, 0);
+    EXPECT_EQ(app.speed, 1);
+    EXPECT_EQ(app.dayTimer, 0.0f);
+    EXPECT_FALSE(app.hoverValid || app.dragging || app.rightDragOnHud || app.middleDragOnHud);
+    EXPECT_EQ(app.selectedBuilding, -1);
+    EXPECT_EQ(app.selectedBuildingCell, -1);
+    EXPECT_EQ(app.selectedCellX, -1);
+    EXPECT_EQ(app.selectedCellY, -1);
+    EXPECT_EQ(app.statusId, 0);
+    EXPECT_EQ(app.statusTimer, 0.0f);
+    EXPECT_EQ(app.lastEventCount, 0u);
+    EXPECT_EQ(app.updateState, UPDATE_IDLE);
+    EXPECT_EQ(app.updateTask, nullptr);
+    EXPECT_EQ(app.musicMode, MUSIC_OFF);
+    EXPECT_EQ(app.logoTexture, 0u);
+    EXPECT_EQ(app.frameStats.framesPerSecond, 0.0f);
+    EXPECT_EQ(app.frameStats.timer, 0.0f);
+    EXPECT_EQ(app.frameStats.frames, 0);
+    EXPECT_EQ(app.firstFrameCounter, 0u);
+}
+
 TEST_F(AppInit, TheLauncherStandsBeforeTheLandOfSeedZero) {
     EXPECT_FALSE(app.initialised);
     ASSERT_TRUE(start());
