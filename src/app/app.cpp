@@ -82,8 +82,6 @@ void chooseLanguage(App& app, int language) {
 }
 
 void applyVolumes(App& app) {
-    assert(app.settings.musicVolume >= 0 && app.settings.musicVolume <= 100);
-    assert(app.settings.sfxVolume >= 0 && app.settings.sfxVolume <= 100);
     audioSetVolumes(app.audio, static_cast<float>(app.settings.musicVolume) / 100.0f,
                     static_cast<float>(app.settings.sfxVolume) / 100.0f);
 }
