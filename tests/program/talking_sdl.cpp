@@ -1,5 +1,6 @@
 #include "program/talking_sdl.h"
 
+#include <cstdarg>
 #include <cstdio>
 #include <utility>
 
@@ -10,9 +11,12 @@ TalkingSdl& talkingSdl() {
     return sdl;
 }
 
-template<typename... Arguments> static void say(const char* format, Arguments... arguments) {
+__attribute__((format(printf, 1, 2))) static void say(const char* format, ...) {
     char text[1024];
-    std::snprintf(text, sizeof text, format, arguments...);
+    std::va_list arguments;
+    va_start(arguments, format);
+    std::vsnprintf(text, sizeof text, format, arguments);
+    va_end(arguments);
     talkingSdl().said += text;
     if (talkingSdl().talks) std::fputs(text, stderr);
 }
@@ -21,7 +25,7 @@ template<typename... Arguments> static void say(const char* format, Arguments...
 template<typename Function> static Function* real(Function*, const char* name) {
     return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
 }
-#define REAL(name) static const auto real_ = real(&name, #name)
+#define REAL(name) static const auto real_ = real(&(name), #name)
 
 static bool refuses(int& refusals) {
     if (refusals == 0) return false;
