@@ -169,8 +169,12 @@ TEST(Input, WithoutAWindowSizeTheRatioIsOne) {
     const PixelRatio ratio = pixelRatio(0, -5, 1600, 900);
     EXPECT_EQ(ratio.x, 1.0f);
     EXPECT_EQ(ratio.y, 1.0f);
-    EXPECT_EQ(pixelRatio(1, 0, 3, 900).x, 3.0f); // each axis by itself
-    EXPECT_EQ(pixelRatio(0, 1, 1600, 3).y, 3.0f);
+    const PixelRatio across = pixelRatio(1, 0, 3, 900); // each axis by itself
+    EXPECT_EQ(across.x, 3.0f);
+    EXPECT_EQ(across.y, 1.0f);
+    const PixelRatio down = pixelRatio(0, 1, 1600, 3);
+    EXPECT_EQ(down.x, 1.0f);
+    EXPECT_EQ(down.y, 3.0f);
 }
 
 // --- Where the pointer is
