@@ -82,6 +82,8 @@ TEST_F(AppInit, TheLauncherStandsBeforeTheLandOfSeedZero) {
     EXPECT_EQ(cityHashes(app.city), cityHashes(land));
     EXPECT_EQ(app.camera.target, (Vec3{384.0f, 0.0f, 384.0f}));
     EXPECT_NE(app.logoTexture, 0u);
+    EXPECT_EQ(app.logoWidth, 256);
+    EXPECT_EQ(app.logoHeight, 256);
     EXPECT_EQ(app.updateState, UPDATE_UNCONFIGURED); // this build names no server
     EXPECT_EQ(notes, "No music files found; playing without music\n");
 }
@@ -193,6 +195,16 @@ TEST_F(AppInit, TheShutdownGivesBackWhateverTheStartAndTheGameTook) {
     EXPECT_EQ(app.logoTexture, 0u);
     EXPECT_EQ(app.audio.device, 0u);
     EXPECT_EQ(openFiles(), before);
+}
+
+TEST_F(AppInit, AChosenLanguageForgetsTheWordsOfTheOldOne) {
+    ASSERT_TRUE(start());
+    app.fonts.runCache["20|0|Quit"] = {};
+    chooseLanguage(app, 4);
+    EXPECT_TRUE(app.fonts.runCache.empty());
+    EXPECT_EQ(app.settings.language, 4);
+    EXPECT_EQ(currentLanguage(), 4);
+    EXPECT_EQ(app.fonts.language, 4);
 }
 
 TEST_F(AppInit, WithoutTheInterfacesShadersItFailsAndSaysWhy) {

@@ -373,6 +373,20 @@ TEST_F(SessionTest, WildHoursFromASaveComeToAnEnd) {
     }
 }
 
+TEST_F(SessionTest, HoursOfManyDaysAreCountedUpToAMillion) {
+    app.speed = 1;
+    app.city.hourOfDay = 24.0f * 41000.0f;
+    frame();
+    EXPECT_EQ(app.city.calendarDay, 41000);
+    EXPECT_EQ(app.city.hourOfDay, 0.0f);
+    for (const float wild : {24.0f * 42000.0f, -24.0f * 42000.0f}) {
+        app.city.hourOfDay = wild;
+        frame();
+        EXPECT_EQ(app.city.calendarDay, 41000);
+        EXPECT_EQ(app.city.hourOfDay, 0.0f);
+    }
+}
+
 TEST_F(SessionTest, AtSpeedZeroTheClocksStandAndTheToolsWork) {
     app.speed = 0;
     app.dayTimer = 44.99f;
