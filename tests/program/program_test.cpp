@@ -135,7 +135,7 @@ TEST_F(ProgramDeathTest, AWindowOrAContextThatIsRefusedTwiceEndsTheStart) {
         return talkingRun();
     };
     EXPECT_EXIT(std::exit(start(2, 0)), testing::ExitedWithCode(1),
-                "over the window: Could|over nothing: Could not create a window: refused\nquit\n$");
+                "box 10 Orlavane over nothing: Could not create a window: refused\nquit\n$");
     EXPECT_EXIT(std::exit(start(0, 2)), testing::ExitedWithCode(1),
                 "box 10 Orlavane over the window: OpenGL 3.3 is not available on this computer.\n\nrefused\n"
                 "window destroyed\nquit\n$");
