@@ -8,6 +8,7 @@
 
 #include <SDL.h>
 
+#include <cassert>
 #include <cstdio>
 
 constexpr int LOGO_SIZE = 256; // pixels
@@ -27,6 +28,7 @@ static std::string programFolder() {
 }
 
 bool appInit(App& app, const std::string& prefPath, std::string& error) {
+    assert(prefPath.ends_with('/') || prefPath.ends_with('\\'));
     app.savePath = prefPath + "savegame.ovw";
     app.settingsPath = prefPath + "settings.ini";
     loadSettings(app.settings, app.settingsPath);
@@ -72,6 +74,7 @@ void appShutdown(App& app) {
 }
 
 void chooseLanguage(App& app, int language) {
+    assert(language >= 0 && language < LANGUAGE_COUNT);
     app.settings.language = language;
     setCurrentLanguage(language);
     fontsSetLanguage(app.fonts, language);

@@ -3,6 +3,7 @@
 #include "app/tools.h"
 
 #include <algorithm>
+#include <cassert>
 
 HudLayout hudLayout(int drawableWidth, int drawableHeight) {
     const float s = uiScale(drawableHeight);
@@ -25,11 +26,13 @@ HudLayout hudLayout(int drawableWidth, int drawableHeight) {
 HudLayout hudLayout(const Ui& ui) { return hudLayout(ui.screenW, ui.screenH); }
 
 UiRect categoryButton(const HudLayout& hud, int category) {
+    assert(category >= 0 && category <= CATEGORY_COUNT); // a line stands in the place after the last
     const float s = hud.scale;
     return {18.0f * s, (62.0f + 38.0f * static_cast<float>(category)) * s, 216.0f * s, 34.0f * s};
 }
 
 UiRect toolButton(const HudLayout& hud, int row) {
+    assert(row >= 0 && row < TOOL_COUNT);
     const float s = hud.scale;
     return {18.0f * s, (336.0f + 38.0f * static_cast<float>(row)) * s, 216.0f * s, 34.0f * s};
 }

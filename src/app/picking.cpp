@@ -1,6 +1,7 @@
 #include "app/picking.h"
 
 #include <algorithm>
+#include <cassert>
 
 constexpr float MENU_HOUR = 17.6f; // the evening light behind the menus
 constexpr float MARCH_STEP = 1.5f; // world units
@@ -35,6 +36,7 @@ void buildFrameParams(FrameParams& out, const App& app, const Input& input, floa
 
 // From the near plane through the mouse; false when the view is too odd to have one.
 static bool mouseRay(const App& app, const Input& input, Ray& ray) {
+    assert(input.drawableWidth > 0 && input.drawableHeight > 0);
     const float ndcX = 2.0f * input.mouseX / static_cast<float>(input.drawableWidth) - 1.0f;
     const float ndcY = 1.0f - 2.0f * input.mouseY / static_cast<float>(input.drawableHeight);
     FrameParams params;
@@ -55,6 +57,7 @@ static bool underGround(const City& city, const Vec3& p) {
 
 // Where the ray enters the ground: the point just under it, because the one above may lie beside the map.
 static Vec3 groundHit(const City& city, const Ray& ray, float above, float below) {
+    assert(above <= below && underGround(city, pointAt(ray, below)));
     for (int i = 0; i < BISECTIONS; i++) {
         const float middle = (above + below) * 0.5f;
         if (underGround(city, pointAt(ray, middle)))

@@ -9,6 +9,7 @@
 #include "view/world/rebuild.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <ctime>
 
@@ -127,7 +128,8 @@ static void advanceDays(App& app, float gameTime) {
 
 // Game seconds of this frame.
 static float advanceTime(App& app, float dt) {
-    if (app.paused || app.speed <= 0) return 0.0f;
+    assert(app.speed >= 0 && app.speed <= 3);
+    if (app.paused || app.speed == 0) return 0.0f;
     const float gameTime = static_cast<float>(app.speed) * dt;
     advanceSun(app.city, gameTime);
     advanceDays(app, gameTime);
@@ -149,6 +151,7 @@ static void showNews(App& app) {
 }
 
 static void endGame(App& app) {
+    assert(app.screen == SCREEN_GAME);
     app.screen = SCREEN_END;
     clearSelection(app);
     stopToolInput(app);

@@ -32,6 +32,10 @@ constexpr std::array<SettingRow, 9> ROWS = {{
     {"tutorialDone", nullptr, &Settings::tutorialDone},
 }};
 
+static_assert(std::all_of(ROWS.begin(), ROWS.end(), [](const SettingRow& row) {
+    return (row.number != nullptr) != (row.flag != nullptr);
+}));
+
 void resolutionSize(const Settings& settings, int& width, int& height) {
     constexpr int SIZES[3][2] = {{1280, 720}, {1600, 900}, {1920, 1080}};
     const int* size = SIZES[std::clamp(settings.resolution, 0, 2)];

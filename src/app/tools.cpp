@@ -6,6 +6,8 @@
 #include "sim/grid_rect.h"
 #include "view/world/hover.h"
 
+#include <cassert>
+
 constexpr float STATUS_TIME = 6.0f; // seconds
 
 struct ToolRow {
@@ -54,6 +56,7 @@ void setCategory(App& app, int category) {
 }
 
 int toolCount(int category) {
+    assert(category >= 0 && category < CATEGORY_COUNT); // each has a tool at least
     return static_cast<int>(std::count_if(TOOLS.begin(), TOOLS.end(),
                                           [&](const ToolRow& tool) { return tool.category == category; }));
 }
@@ -73,13 +76,29 @@ static bool isRectTool(int tool) {
            tool == TOOL_BULLDOZE;
 }
 
-static int kindOfTool(int tool) { return tool - TOOL_POLICE_STATION + KIND_POLICE_STATION; }
-static int zoneOfTool(int tool) { return tool - TOOL_RESIDENTIAL_ZONE + ZONE_RESIDENTIAL; }
-static int roadOfTool(int tool) { return tool == TOOL_AVENUE ? ROAD_AVENUE : ROAD_STREET; }
+// The tools of buildings and zones have the order of what they lay.
+static_assert(TOOL_WATER_PUMP - TOOL_POLICE_STATION == KIND_WATER_PUMP - KIND_POLICE_STATION);
+static_assert(TOOL_INDUSTRIAL_ZONE - TOOL_RESIDENTIAL_ZONE == ZONE_INDUSTRIAL - ZONE_RESIDENTIAL);
+
+static int kindOfTool(int tool) {
+    assert(isBuildingTool(tool));
+    return tool - TOOL_POLICE_STATION + KIND_POLICE_STATION;
+}
+
+static int zoneOfTool(int tool) {
+    assert(isZoneTool(tool));
+    return tool - TOOL_RESIDENTIAL_ZONE + ZONE_RESIDENTIAL;
+}
+
+static int roadOfTool(int tool) {
+    assert(isRoadTool(tool));
+    return tool == TOOL_AVENUE ? ROAD_AVENUE : ROAD_STREET;
+}
 
 // --- Status line and selection
 
 void showStatus(App& app, int statusId, uint32_t statusArg) {
+    assert(statusId >= 0 && statusId <= UINT8_MAX);
     app.statusId = static_cast<uint8_t>(statusId);
     app.statusArg = statusArg;
     app.statusTimer = STATUS_TIME;
@@ -114,6 +133,7 @@ void selectCell(App& app, int x, int y) {
 void followSelection(App& app) {
     if (app.selectedBuilding < 0) return;
     const int cell = app.selectedBuildingCell;
+    assert(cell >= 0 && cell < CELL_COUNT); // it is kept with every selected building
     app.selectedBuilding = buildingIndexAt(app.city, cell % GRID_SIZE, cell / GRID_SIZE);
     if (app.selectedBuilding < 0) clearSelection(app);
 }
@@ -150,6 +170,7 @@ static bool paintCell(App& app, int x, int y) {
 }
 
 static void showRectStatus(App& app, uint32_t count) {
+    assert(isRectTool(app.currentTool) && count > 0);
     if (app.currentTool == TOOL_BULLDOZE)
         showStatus(app, STATUS_CLEARED, count);
     else if (app.currentTool == TOOL_PAINT_DISTRICT)
@@ -186,6 +207,7 @@ static void pressOnMap(App& app) {
     const int x = app.hoverX;
     const int y = app.hoverY;
     const int tool = app.currentTool;
+    assert(app.hoverValid && inMap(x, y));
     if (tool == TOOL_SELECT) {
         selectCell(app, x, y);
         return audioPlayEffect(app.audio, SOUND_CLICK);
@@ -206,6 +228,7 @@ static void pressOnMap(App& app) {
 }
 
 static void dragRoad(App& app) {
+    assert(inMap(app.dragLastX, app.dragLastY) && inMap(app.hoverX, app.hoverY));
     if (app.hoverX == app.dragLastX && app.hoverY == app.dragLastY) return;
     const int type = roadOfTool(app.currentTool);
     // It begins where the last one ended: that cell is not paid twice, because a road refuses another one.
@@ -217,6 +240,7 @@ static void dragRoad(App& app) {
 
 // Off the map it does nothing, so that a drag can be taken back.
 static void releaseDrag(App& app) {
+    assert(app.dragging && inMap(app.dragStartX, app.dragStartY));
     app.dragging = false;
     if (app.hoverValid && isRectTool(app.currentTool))
         applyToolRect(app, app.dragStartX, app.dragStartY, app.hoverX, app.hoverY);

@@ -5,6 +5,7 @@
 
 #include <SDL.h>
 
+#include <cassert>
 #include <memory>
 
 // Whoever installs the game leaves a copy of the setup program in its folder: the hash of that file tells
@@ -73,12 +74,14 @@ void pressUpdate(App& app) {
 // --- Taking up its result
 
 static void finishCheck(App& app, const UpdateTask& task) {
+    assert(task.done == 1); // until then the record is the worker's
     if (task.ok) app.updateManifest = task.manifest;
     app.updateState = updateVerdict(task, gameBuildDate);
 }
 
 // The setup program replaces the running files, and brings the game up again.
 static void finishDownload(App& app, const UpdateTask& task) {
+    assert(task.done == 1);
     setEnvironmentVariable(FOLDER_VARIABLE, app.exeDir);
     if (task.ok && shellOpen(task.destPath, false))
         app.quitRequested = true;

@@ -1,5 +1,7 @@
 #include "input/input_events.h"
 
+#include <cassert>
+
 PixelRatio pixelRatio(int windowWidth, int windowHeight, int drawableWidth, int drawableHeight) {
     PixelRatio ratio;
     if (windowWidth > 0) ratio.x = static_cast<float>(drawableWidth) / static_cast<float>(windowWidth);
@@ -13,6 +15,7 @@ static constexpr std::array<SDL_Keycode, KEY_COUNT> KEYCODES = {
     SDLK_ESCAPE, SDLK_SPACE, SDLK_1, SDLK_2, SDLK_3, SDLK_r,  SDLK_z,  SDLK_c,    SDLK_i,      SDLK_p,
     SDLK_o,      SDLK_t,     SDLK_k, SDLK_x, SDLK_v, SDLK_F5, SDLK_F9, SDLK_F11,  SDLK_RETURN, SDLK_b,
     SDLK_y,      SDLK_f,     SDLK_h, SDLK_l, SDLK_j, SDLK_g,  SDLK_m,  SDLK_n,    SDLK_u,      SDLK_TAB};
+static_assert(KEYCODES[KEY_F11] == SDLK_F11 && KEYCODES[KEY_U] == SDLK_u && KEYCODES[KEY_TAB] == SDLK_TAB);
 
 static int indexOfKeycode(SDL_Keycode keycode) {
     for (int key = 0; key < KEY_COUNT; key++)
@@ -115,6 +118,7 @@ static void forgetKeysOfOtherWindows(Input& input) {
 void endInputFrame(InputReader& reader) {
     Input& input = reader.input;
     const bool held = input.leftHeld || input.rightHeld || input.middleHeld || input.leftReleased;
+    assert(!held || reader.pointerX != POINTER_NOWHERE); // a button's event tells where it happened
     const bool somewhere = held || (reader.pointerInside && reader.windowFocused);
     input.mouseX = somewhere ? reader.pointerX : POINTER_NOWHERE;
     input.mouseY = somewhere ? reader.pointerY : POINTER_NOWHERE;

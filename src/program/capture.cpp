@@ -8,6 +8,7 @@
 #include "view/gl/gl.h"
 
 #include <algorithm>
+#include <cassert>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
@@ -186,6 +187,7 @@ static void writeScreenshot(const std::string& path, int width, int height) {
     if (!surface) return;
 
     const size_t rowBytes = static_cast<size_t>(width) * 3;
+    assert(static_cast<size_t>(surface->pitch) >= rowBytes);
     std::vector<uint8_t> pixels(rowBytes * static_cast<size_t>(height));
     gl.PixelStorei(GL_PACK_ALIGNMENT, 1);
     gl.ReadBuffer(GL_BACK);

@@ -4,10 +4,14 @@
 #include "sim/build_tools.h"
 #include "sim/daily_tick.h"
 
+#include <cassert>
+
 static void layStreets(City& city) {
     for (int x = 40; x <= 56; x++) placeRoad(city, x, 48, ROAD_STREET);
     for (int y = 42; y <= 54; y++) placeRoad(city, 48, y, ROAD_STREET);
     placeRoad(city, 48, 48, ROAD_AVENUE);
+    // The middle of every land is level and dry.
+    assert(city.cells[cellIndex(40, 48)].road && city.cells[cellIndex(48, 54)].road);
 }
 
 static void placeServices(City& city) {
@@ -18,6 +22,7 @@ static void placeServices(City& city) {
     placeBuilding(city, 49, 50, KIND_POLICE_STATION);
     placeBuilding(city, 47, 46, KIND_HOSPITAL); // too dear by now: its cell is zoned like the others
     placeBuilding(city, 49, 45, KIND_FIRE_STATION);
+    assert(city.buildings.size() == 6);
     placeBusStop(city, 51, 48);
     placeBusStop(city, 45, 48);
 }

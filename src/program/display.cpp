@@ -3,9 +3,11 @@
 #include "maintenance/platform.h"
 
 #include <algorithm>
+#include <cassert>
 #include <string_view>
 
 bool isUnseen() {
+    assert(SDL_WasInit(SDL_INIT_VIDEO)); // without it there is no driver to ask for
     const std::string_view driver = SDL_GetCurrentVideoDriver();
     return driver == "offscreen" || driver == "dummy" || driver == "evdev";
 }
@@ -59,6 +61,7 @@ static void applyWindowedMode(SDL_Window* window, const Settings& settings) {
 }
 
 void applyDisplayMode(SDL_Window* window, const Settings& settings) {
+    assert(SDL_GL_GetCurrentWindow() == window);
     if (settings.fullscreen)
         SDL_SetWindowFullscreen(window, SDL_WINDOW_FULLSCREEN_DESKTOP);
     else

@@ -14,6 +14,7 @@
 #include <SDL.h>
 
 #include <algorithm>
+#include <cassert>
 
 // A stall must not advance the city by more than this many seconds in one frame. The frame rate is measured
 // by it too, so that it never reads less than 10.
@@ -124,6 +125,7 @@ static void drawInterface(App& app, const Input& input) {
 }
 
 bool stepFrame(App& app, const Input& input, float dt) {
+    assert(dt >= 0.0f);
     dt = std::min(dt, LONGEST_STEP);
     updateFrameStats(app.frameStats, dt);
     if (!app.initialised) return true;

@@ -8,6 +8,7 @@
 #include "program/frame.h"
 #include "program/window_icon.h"
 
+#include <cassert>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -28,6 +29,7 @@ static void showFailure(SDL_Window* window, const std::string& text) {
 }
 
 static void closeWindow(Window& window) {
+    assert(window.window || !window.context);
     if (window.context) SDL_GL_DeleteContext(window.context);
     if (window.window) SDL_DestroyWindow(window.window);
     SDL_Quit();

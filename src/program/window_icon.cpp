@@ -2,6 +2,8 @@
 
 #include "ui/logo/logo.h"
 
+#include <cassert>
+
 constexpr int ICON_SIZE = 64;
 
 SDL_Surface* makeWindowIcon() {
@@ -9,6 +11,7 @@ SDL_Surface* makeWindowIcon() {
     if (!icon) return nullptr;
     std::vector<uint8_t> pixels;
     paintLogo(ICON_SIZE, pixels);
+    assert(pixels.size() == ICON_SIZE * ICON_SIZE * 4);
     SDL_ConvertPixels(ICON_SIZE, ICON_SIZE, SDL_PIXELFORMAT_RGBA32, pixels.data(), ICON_SIZE * 4,
                       SDL_PIXELFORMAT_RGBA32, icon->pixels, icon->pitch);
     return icon;

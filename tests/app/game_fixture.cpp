@@ -7,6 +7,56 @@
 #include <SDL.h>
 
 #include <algorithm>
+#include <utility>
+
+#include <dirent.h>
+#include <dlfcn.h>
+#include <spawn.h>
+
+// --- What the game asks of the system
+//
+// Found before the libraries' own functions, which they hand on to.
+
+static std::vector<std::string>& calls() {
+    static thread_local std::vector<std::string> made;
+    return made;
+}
+
+template<typename Function> static Function* libraryFunction(Function*, const char* name) {
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+extern "C" std::FILE* fopen(const char* path, const char* mode) {
+    static const auto real = libraryFunction(&fopen, "fopen");
+    calls().push_back(std::string(mode[0] == 'r' ? "reads " : "writes ") + path);
+    return real(path, mode);
+}
+
+extern "C" DIR* fdopendir(int descriptor) {
+    static const auto real = libraryFunction(&fdopendir, "fdopendir");
+    std::error_code unknown;
+    const std::string folder = "/proc/self/fd/" + std::to_string(descriptor);
+    calls().push_back("lists " + std::filesystem::read_symlink(folder, unknown).string());
+    return real(descriptor);
+}
+
+extern "C" int posix_spawnp(pid_t* child, const char* file, const posix_spawn_file_actions_t* actions,
+                            const posix_spawnattr_t* attributes, char* const words[],
+                            char* const variables[]) {
+    static const auto real = libraryFunction(&posix_spawnp, "posix_spawnp");
+    calls().push_back(std::string("starts ") + file);
+    return real(child, file, actions, attributes, words, variables);
+}
+
+extern "C" SDL_Thread* SDL_CreateThread(SDL_ThreadFunction function, const char* name, void* data) {
+    static const auto real = libraryFunction(&SDL_CreateThread, "SDL_CreateThread");
+    calls().push_back(std::string("thread ") + name);
+    return real(function, name, data);
+}
+
+std::vector<std::string> GameTest::asked() { return std::exchange(calls(), {}); }
+
+// --- The game
 
 // Opened and never started, one for all tests: voices start, and no audio thread plays them to their end.
 static uint32_t silentDevice() {
@@ -26,7 +76,6 @@ static uint32_t silentDevice() {
 
 GameTest::GameTest() {
     gl.recording = false;
-    app.ui.fonts = &app.fonts; // without a font, so that nothing is written
     app.audio.device = silentDevice();
     app.savePath = folder + "savegame.ovw";
     app.settingsPath = folder + "settings.ini";
@@ -42,16 +91,27 @@ GameTest::GameTest() {
     input.drawableWidth = 1600;
     input.drawableHeight = 900;
     point(48, 48);
+    asked(); // of another test
 }
 
-int GameTest::played(SoundEffect effect) const {
+// How often the effect began: its voices stay as they were started.
+static int timesStarted(const Voices& voices, SoundEffect effect) {
     AudioEngine reference;
     startEffect(reference.voices, reference.rng, effect);
     const Voice& first = reference.voices[0];
-    return static_cast<int>(
-        std::count_if(app.audio.voices.begin(), app.audio.voices.end(), [&](const Voice& voice) {
-            return voice.active && voice.freqStart == first.freqStart && voice.duration == first.duration;
-        }));
+    return static_cast<int>(std::count_if(voices.begin(), voices.end(), [&](const Voice& voice) {
+        return voice.active && voice.freqStart == first.freqStart && voice.duration == first.duration;
+    }));
+}
+
+std::vector<SoundEffect> GameTest::heard() {
+    std::vector<SoundEffect> effects;
+    for (int effect = 0; effect < SOUND_COUNT; effect++) {
+        const auto each = static_cast<SoundEffect>(effect);
+        effects.insert(effects.end(), timesStarted(app.audio.voices, each), each);
+    }
+    app.audio.voices = {};
+    return effects;
 }
 
 void GameTest::frame(float dt) {

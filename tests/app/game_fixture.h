@@ -5,9 +5,11 @@
 #include "temp_dir.h"
 #include "view/gl/fake_gl.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 class GameTest : public testing::Test {
 protected:
@@ -27,8 +29,11 @@ protected:
     void click(int x, int y);
 
     Cell& cell(int x, int y) { return app.city.cells[cellIndex(x, y)]; }
-    // How often the effect began: its voices stay as they were started.
-    int played(SoundEffect effect) const;
+    // What came since the test asked before. All effects that began, by their number:
+    std::vector<SoundEffect> heard();
+    // Files that were opened, folders listed, programs and threads started by the game itself, in order:
+    // "reads /path", "writes /path", "lists /path", "starts program", "thread name".
+    static std::vector<std::string> asked();
 
     FakeGl gl;
     App app;

@@ -14,6 +14,9 @@
 #include <fstream>
 #include <limits>
 
+using testing::ElementsAre;
+using testing::IsEmpty;
+
 class SessionTest : public GameTest {};
 
 // --- Starting, saving, loading
@@ -242,6 +245,13 @@ TEST_F(SessionTest, ASelectedBuildingIsClearedByEscapeToo) {
     EXPECT_FALSE(app.paused);
 }
 
+TEST_F(SessionTest, ACellAtTheEdgeOfTheMapIsASelectionLikeOthers) {
+    selectCell(app, 0, 0);
+    press(KEY_ESC);
+    EXPECT_EQ(app.selectedCellX, -1);
+    EXPECT_FALSE(app.paused);
+}
+
 TEST_F(SessionTest, KeysOfAFrameThatOpensTheMenuAreNotRead) {
     app.speed = 1;
     input.keysPressed[KEY_3] = 1;
@@ -309,7 +319,17 @@ TEST_F(SessionTest, ADayTakesFortyFiveSecondsAndIsHeard) {
     frame(0.1f);
     EXPECT_EQ(app.city.day, 1);
     EXPECT_NEAR(app.dayTimer, 0.05f, 1e-4f);
-    EXPECT_EQ(played(SOUND_DAY_BELL), 1);
+    EXPECT_THAT(heard(), ElementsAre(SOUND_DAY_BELL));
+}
+
+TEST_F(SessionTest, ADayEndsAtFortyFiveSecondsAndNotBefore) {
+    app.speed = 1;
+    app.dayTimer = 44.5f;
+    frame(0.25f);
+    EXPECT_EQ(app.city.day, 0);
+    frame(0.25f);
+    EXPECT_EQ(app.city.day, 1);
+    EXPECT_EQ(app.dayTimer, 0.0f);
 }
 
 TEST_F(SessionTest, DaysThatAreOverdueAreNotSkipped) {
@@ -317,7 +337,7 @@ TEST_F(SessionTest, DaysThatAreOverdueAreNotSkipped) {
     app.dayTimer = 45.0f * 3 + 1.0f;
     frame(0.1f);
     EXPECT_EQ(app.city.day, 3);
-    EXPECT_EQ(played(SOUND_DAY_BELL), 3);
+    EXPECT_EQ(heard(), std::vector(3, SOUND_DAY_BELL));
 }
 
 TEST_F(SessionTest, MidnightTurnsTheCalendar) {
@@ -329,6 +349,19 @@ TEST_F(SessionTest, MidnightTurnsTheCalendar) {
     EXPECT_LT(app.city.hourOfDay, 0.01f);
 }
 
+TEST_F(SessionTest, MidnightItselfIsTheNextDay) {
+    app.speed = 1;
+    app.city.hourOfDay = 23.5f;
+    frame(12.5f);
+    EXPECT_EQ(app.city.calendarDay, 0);
+    frame(12.5f);
+    EXPECT_EQ(app.city.calendarDay, 1);
+    EXPECT_EQ(app.city.hourOfDay, 0.0f);
+    frame(2500.0f); // two days and two hours
+    EXPECT_EQ(app.city.calendarDay, 3);
+    EXPECT_FLOAT_EQ(app.city.hourOfDay, 2.0f);
+}
+
 TEST_F(SessionTest, WildHoursFromASaveComeToAnEnd) {
     app.speed = 1;
     for (const float hour : {1e30f, -1e30f, std::numeric_limits<float>::infinity(), std::nanf("")}) {
@@ -337,6 +370,20 @@ TEST_F(SessionTest, WildHoursFromASaveComeToAnEnd) {
         frame(0.1f);
         EXPECT_TRUE(app.city.hourOfDay < 24.0f) << hour;
         EXPECT_EQ(app.city.calendarDay, std::numeric_limits<int32_t>::max());
+    }
+}
+
+TEST_F(SessionTest, HoursOfManyDaysAreCountedUpToAMillion) {
+    app.speed = 1;
+    app.city.hourOfDay = 24.0f * 41000.0f;
+    frame();
+    EXPECT_EQ(app.city.calendarDay, 41000);
+    EXPECT_EQ(app.city.hourOfDay, 0.0f);
+    for (const float wild : {24.0f * 42000.0f, -24.0f * 42000.0f}) {
+        app.city.hourOfDay = wild;
+        frame();
+        EXPECT_EQ(app.city.calendarDay, 41000);
+        EXPECT_EQ(app.city.hourOfDay, 0.0f);
     }
 }
 
@@ -430,7 +477,7 @@ TEST_F(SessionTest, AFinishedMissionIsHeard) {
     app.dayTimer = 45.0f;
     frame(0.01f);
     EXPECT_EQ(app.city.missionIndex, 1);
-    EXPECT_EQ(played(SOUND_MISSION), 1);
+    EXPECT_THAT(heard(), ElementsAre(SOUND_MISSION, SOUND_DAY_BELL));
     EXPECT_EQ(app.statusId, STATUS_MISSION_COMPLETE);
 }
 
@@ -445,6 +492,18 @@ protected:
         app.city.historyCount = 3;
         app.city.history[HISTORY_POPULATION] = {10000.0f, 0.0f, people};
         app.city.population = 7;
+    }
+    // The streets fill as for so many people.
+    void expectPopulation(int population) {
+        app.speed = 3;
+        app.dayTimer = -100.0f; // no day ends meanwhile
+        app.streetLife = {};
+        StreetLife expected;
+        for (int i = 0; i < 150; i++) {
+            frame(0.1f);
+            updateStreetLife(expected, app.city, 0.3f, population);
+        }
+        EXPECT_TRUE(app.streetLife == expected) << population;
     }
 };
 
@@ -473,6 +532,30 @@ TEST_F(StreetLifeInPlay, StandsInThePauseAndCountsNobodyBeforeTheFirstDay) {
         updateStreetLife(expected, app.city, app.paused ? 0.0f : 0.3f, 0);
         ASSERT_TRUE(app.streetLife == expected) << i;
     }
+}
+
+TEST_F(StreetLifeInPlay, ChartsThatNoCityHasCountForSomeNumber) {
+    for (const float charted : {-250.0f, std::nanf(""), 0.0f}) {
+        settle(charted);
+        expectPopulation(0);
+    }
+    for (const float charted : {1e9f, 1e30f}) {
+        settle(charted);
+        expectPopulation(1000000000);
+    }
+}
+
+TEST_F(StreetLifeInPlay, TheLastEntryOfAFullChartCounts) {
+    settle(400.0f);
+    app.city.history[HISTORY_POPULATION].fill(0.0f);
+    app.city.history[HISTORY_POPULATION][HISTORY_LENGTH - 1] = 600.0f;
+    for (const int count : {HISTORY_LENGTH, HISTORY_LENGTH + 5}) { // the second as in a wild save
+        app.city.historyCount = count;
+        expectPopulation(600);
+    }
+    app.city.history[HISTORY_POPULATION][0] = 500.0f;
+    app.city.historyCount = 1;
+    expectPopulation(500);
 }
 
 TEST_F(StreetLifeInPlay, ItsMeshFollowsEachFrame) {
@@ -526,6 +609,17 @@ TEST_F(SessionTest, NewsWithoutAnEntryIsTakenNoteOfInSilence) {
     EXPECT_EQ(app.statusId, STATUS_STREET_BUILT);
 }
 
+TEST_F(SessionTest, TheStatusLineCountsDownToItsEndAndNoFurther) {
+    showStatus(app, STATUS_STREET_BUILT, 0);
+    app.paused = true; // there too
+    frame(5.5f);
+    EXPECT_EQ(app.statusTimer, 0.5f);
+    frame(0.5f);
+    EXPECT_EQ(app.statusTimer, 0.0f);
+    frame(0.5f);
+    EXPECT_EQ(app.statusTimer, 0.0f);
+}
+
 TEST_F(SessionTest, BankruptcyEndsTheGame) {
     selectCell(app, 4, 4);
     app.city.bankrupt = 1;
@@ -552,4 +646,40 @@ TEST_F(SessionTest, ALoadedBankruptCityGoesStraightBackToItsEnd) {
     EXPECT_EQ(app.screen, SCREEN_GAME);
     frame();
     EXPECT_EQ(app.screen, SCREEN_END);
+}
+
+// --- Nothing more than that
+// -------------------------------------------------------------------------------------
+
+TEST_F(SessionTest, TimeGoesByInSilenceAndAsksNothingOfTheSystem) {
+    app.speed = 3;
+    for (int i = 0; i < 140; i++) {
+        point(40 + i % 16, 48);
+        frame(0.1f);
+    }
+    EXPECT_EQ(app.city.day, 0);
+    EXPECT_THAT(heard(), IsEmpty());
+    EXPECT_THAT(asked(), IsEmpty());
+}
+
+TEST_F(SessionTest, KeysAndANewCityPlayNothingAndTouchNoFile) {
+    for (int key = 0; key < KEY_COUNT; key++)
+        if (key != KEY_F5 && key != KEY_F9) {
+            press(static_cast<Key>(key));
+            app.paused = false;
+        }
+    app.settings.tutorialDone = false;
+    newCity(app);
+    frame(0.1f);
+    EXPECT_THAT(heard(), IsEmpty());
+    EXPECT_THAT(asked(), IsEmpty());
+    EXPECT_FALSE(app.quitRequested || app.displayDirty || app.saveExists);
+}
+
+TEST_F(SessionTest, ASaveAndALoadTouchTheirFileAlone) {
+    press(KEY_F5);
+    EXPECT_THAT(asked(), ElementsAre("writes " + app.savePath));
+    press(KEY_F9);
+    EXPECT_THAT(asked(), ElementsAre("reads " + app.savePath));
+    EXPECT_THAT(heard(), IsEmpty());
 }

@@ -42,6 +42,15 @@ static const LoadRow LOAD_ROWS[] = {
     {"and at a point", "musicVolume=30.9\n", {.musicVolume = 30}},
     {"zeros may lead", "musicVolume=000033\n", {.musicVolume = 33}},
     {"blanks and a plus may lead", "musicVolume= \t+44\n", {.musicVolume = 44}},
+    {"blanks of all kinds may lead", "musicVolume=\t\v\f\r44\n", {.musicVolume = 44}},
+    {"their neighbours may not",
+     "musicVolume=\x08"
+     "44\nsfxVolume=\x0e"
+     "44\n",
+     {.musicVolume = 0, .sfxVolume = 0}},
+    {"a number ends with its last digit",
+     "musicVolume=9/5\nsfxVolume=10:5\n",
+     {.musicVolume = 9, .sfxVolume = 10}},
     {"no blank behind the sign", "musicVolume=- 5\n", {.musicVolume = 0}},
     {"numbers of any length are held to the range",
      "resolution=-99999999999999999999999\nmusicVolume=99999999999999999999999\nquality=4294967298\n",
@@ -110,6 +119,15 @@ TEST(SettingsFile, AnyBytesAreReadToTheEnd) {
     Settings settings;
     EXPECT_TRUE(loadSettings(settings, dir.file("settings.ini")));
     EXPECT_EQ(settings.language, 9);
+}
+
+TEST(SettingsFile, WhatLiesBehindTheFirstMegabyteIsNotRead) {
+    const TempDir dir;
+    const std::string first((1 << 20) - 11, 'x');
+    writeText(dir.file("settings.ini"), first + "\nlanguage=" + "11\n"); // the second digit is cut off
+    Settings settings;
+    EXPECT_TRUE(loadSettings(settings, dir.file("settings.ini")));
+    EXPECT_EQ(settings.language, 1);
 }
 
 TEST(SettingsFile, IsWrittenAsNineLinesInAFixedOrder) {

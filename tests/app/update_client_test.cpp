@@ -19,6 +19,7 @@
 #include <unistd.h>
 
 namespace fs = std::filesystem;
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -243,6 +244,26 @@ TEST_F(Update, ADownloadIsProvedStartedAndEndsTheGame) {
     EXPECT_EQ(readText(fetched), setup);
     for (int i = 0; i < 2000 && !fileExists(dir.file("started")); i++) aMoment();
     EXPECT_EQ(readText(dir.file("started")), app.exeDir); // the folder that it is to update
+}
+
+TEST_F(Update, ACheckAndADownloadAskOnceEachAndThePollsBetweenThemNever) {
+    const auto requests = [&] {
+        const std::string heads = server.requests();
+        std::vector<std::string> paths;
+        for (size_t at = heads.find("GET "); at != std::string::npos; at = heads.find("GET ", at + 1))
+            paths.push_back(heads.substr(at + 4, heads.find(' ', at + 4) - at - 4));
+        return paths;
+    };
+    publishSetup();
+    ASSERT_EQ(check(), UPDATE_NEWER);
+    for (int i = 0; i < 20; i++) updatePoll(app);
+    EXPECT_THAT(requests(), ElementsAre("/manifest.json"));
+    EXPECT_EQ(fakeThreads().created, 1);
+    EXPECT_EQ(download(), UPDATE_DOWNLOADING);
+    for (int i = 0; i < 20; i++) updatePoll(app);
+    EXPECT_THAT(requests(), ElementsAre("/manifest.json", "/setup.exe"));
+    EXPECT_EQ(fakeThreads().created, 3); // the last waits for the program that was started
+    EXPECT_EQ(fakeThreads().lastName, "orlavane-child");
 }
 
 TEST_F(Update, AHashThatDiffersByOneDigitFailsAndTheFileIsGone) {

@@ -89,6 +89,21 @@ TEST(Input, LayoutsWithoutLatinLettersUseTheKeyAtTheSamePlace) {
     EXPECT_EQ(indexOf(0x446, SDL_SCANCODE_COMMA), -1);
 }
 
+TEST(Input, OnlyLettersAndDigitsHaveAPlaceOnTheKeyboard) {
+    constexpr SDL_Keycode CYRILLIC = 0x446;
+    EXPECT_EQ(indexOf(CYRILLIC, SDL_SCANCODE_A), KEY_A); // the first letter and the last
+    EXPECT_EQ(indexOf(CYRILLIC, SDL_SCANCODE_Z), KEY_Z);
+    EXPECT_EQ(indexOf(CYRILLIC, SDL_SCANCODE_1), KEY_1);
+    EXPECT_EQ(indexOf(CYRILLIC, SDL_SCANCODE_3), KEY_3);
+    for (const SDL_Scancode scancode : {SDL_SCANCODE_4, SDL_SCANCODE_9, SDL_SCANCODE_0, SDL_SCANCODE_UNKNOWN,
+                                        SDL_SCANCODE_RETURN, SDL_SCANCODE_F5})
+        EXPECT_EQ(indexOf(CYRILLIC, scancode), -1) << scancode;
+    EXPECT_EQ(indexOf(SDLK_AMPERSAND, SDL_SCANCODE_3), KEY_3);
+    EXPECT_EQ(indexOf(SDLK_F1, SDL_SCANCODE_W), -1); // keys without a letter are where they are
+    EXPECT_EQ(indexOf(127, SDL_SCANCODE_W), -1);     // the last Latin code
+    EXPECT_EQ(indexOf(128, SDL_SCANCODE_W), KEY_W);
+}
+
 TEST(Input, ARepeatedKeyDownHoldsButDoesNotPress) {
     InputReader reader;
     const Input& input = reader.input;
@@ -154,6 +169,12 @@ TEST(Input, WithoutAWindowSizeTheRatioIsOne) {
     const PixelRatio ratio = pixelRatio(0, -5, 1600, 900);
     EXPECT_EQ(ratio.x, 1.0f);
     EXPECT_EQ(ratio.y, 1.0f);
+    const PixelRatio across = pixelRatio(1, 0, 3, 900); // each axis by itself
+    EXPECT_EQ(across.x, 3.0f);
+    EXPECT_EQ(across.y, 1.0f);
+    const PixelRatio down = pixelRatio(0, 1, 1600, 3);
+    EXPECT_EQ(down.x, 1.0f);
+    EXPECT_EQ(down.y, 3.0f);
 }
 
 // --- Where the pointer is

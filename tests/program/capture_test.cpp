@@ -2,6 +2,7 @@
 
 #include "app/tools.h"
 #include "sim/city_helpers.h"
+#include "temp_dir.h"
 #include "ui/words/languages.h"
 #include "view/gl/fake_gl.h"
 
@@ -42,10 +43,13 @@ TEST(StateString, AFocusWithoutColonOrNumbersIsSkipped) {
 }
 
 TEST(StateString, OverlayByItsName) {
-    EXPECT_EQ(stateApplied("overlay=traffic").meshes.overlayMode, OVERLAY_TRAFFIC);
-    EXPECT_EQ(stateApplied("overlay=happy").meshes.overlayMode, OVERLAY_HAPPY);
+    const char* const names[] = {"normal", "traffic", "power", "water", "pollution", "happy"};
+    for (int overlay = 0; overlay < OVERLAY_COUNT; overlay++) {
+        const App app = stateApplied(std::string("overlay=traffic,overlay=") + names[overlay]);
+        EXPECT_EQ(app.currentOverlay, overlay);
+        EXPECT_EQ(app.meshes.overlayMode, overlay);
+    }
     EXPECT_EQ(stateApplied("overlay=happy,overlay=nonsense").meshes.overlayMode, OVERLAY_HAPPY);
-    EXPECT_EQ(stateApplied("overlay=happy,overlay=normal").meshes.overlayMode, OVERLAY_NORMAL);
 }
 
 TEST(StateString, PanelByItsNameAndAnyOtherIsNone) {
@@ -128,18 +132,27 @@ TEST(StateString, TheDistrictThatIsPainted) {
     EXPECT_EQ(stateApplied("district=3,district=north").paintDistrict, 3);
 }
 
-TEST(StateString, HourDistanceAndCalendarDay) {
-    const App app = stateApplied("hour=21.5,dist=90,calday=100");
-    EXPECT_EQ(app.city.hourOfDay, 21.5f);
-    EXPECT_EQ(app.camera.distance, 90.0f);
-    EXPECT_EQ(app.city.calendarDay, 100);
-    EXPECT_EQ(stateApplied("calday=-4").city.calendarDay, 0);
+TEST(StateString, TheHourIsTheCitys) {
+    EXPECT_EQ(stateApplied("hour=21.5").city.hourOfDay, 21.5f);
+    for (const char* odd : {"hour=", "hour=noon", "hour=nan", "hour=inf", "hour=1e99", "hour=3h", "hour=3=4"})
+        EXPECT_EQ(stateApplied(odd).city.hourOfDay, 9.0f) << odd;
 }
 
-TEST(StateString, ValuesThatAreNoNumbersChangeNothing) {
-    for (const char* text : {"hour=", "hour=noon", "hour=nan", "hour=inf", "hour=1e99"})
-        EXPECT_EQ(stateApplied(text).city.hourOfDay, 9.0f) << text;
-    EXPECT_EQ(stateApplied("calday=7days").city.calendarDay, 0);
+TEST(StateString, TheDistanceIsTheCameras) {
+    EXPECT_EQ(stateApplied("dist=90.5").camera.distance, 90.5f);
+    EXPECT_EQ(stateApplied("dist=far").camera.distance, App().camera.distance);
+}
+
+TEST(StateString, TheCalendarDayIsHeldToTheFirst) {
+    EXPECT_EQ(stateApplied("calday=100").city.calendarDay, 100);
+    EXPECT_EQ(stateApplied("calday=1").city.calendarDay, 1);
+    EXPECT_EQ(stateApplied("calday=-1").city.calendarDay, 0);
+    EXPECT_EQ(stateApplied("calday=100,calday=7days").city.calendarDay, 100);
+}
+
+TEST(StateString, AKeyIsItsWholeName) {
+    for (const char* text : {"spee=3", "speeds=3", " speed=3", "Speed=3", "speed =3"})
+        EXPECT_EQ(stateApplied(text).speed, 1) << text;
 }
 
 TEST(StateString, EveryLanguageCodeChoosesOneAndUnknownOnesEnglish) {
@@ -186,6 +199,7 @@ TEST(StateString, TheUpdateStatesByTheirNames) {
     const App newer = stateApplied("update=newer,update=downloading");
     EXPECT_EQ(newer.updateState, UPDATE_NEWER);
     EXPECT_EQ(newer.updateManifest.version, "0.2");
+    EXPECT_EQ(stateApplied("update=current,update=offline").updateManifest.version, "");
 }
 
 TEST(StateString, SettingsLeadBackToTheGameOnlyFromTheGame) {
@@ -314,4 +328,47 @@ TEST(Capture, TheCountStartsAtOneSoThatALimitOfZeroIsNeverMet) {
     EXPECT_FALSE(captureFrame(capture, 0, 0));
     EXPECT_FALSE(captureFrame(capture, 0, 0));
     EXPECT_TRUE(captureFrame(capture, 0, 0));
+}
+
+// Rows from the bottom, as OpenGL has them: red counts columns, green rows.
+static void APIENTRY paintPixels(GLint, GLint, GLsizei width, GLsizei height, GLenum, GLenum, void* data) {
+    auto* pixel = static_cast<uint8_t*>(data);
+    for (int y = 0; y < height; y++)
+        for (int x = 0; x < width; x++, pixel += 3) {
+            pixel[0] = static_cast<uint8_t>(x);
+            pixel[1] = static_cast<uint8_t>(y);
+            pixel[2] = 200;
+        }
+}
+
+TEST(Capture, ThePictureIsThatOfTheBackBuffer) {
+    const FakeGl fake;
+    gl.ReadPixels = paintPixels;
+    const TempDir dir;
+    Capture capture{dir.file("picture.bmp"), 1, 0};
+    EXPECT_TRUE(captureFrame(capture, 5, 3)); // no row is a multiple of four bytes
+    EXPECT_EQ(callsOf(fake, "PixelStorei"), std::vector{glCall("PixelStorei", GL_PACK_ALIGNMENT, 1)});
+    EXPECT_EQ(callsOf(fake, "ReadBuffer"), std::vector{glCall("ReadBuffer", GL_BACK)});
+    SDL_Surface* picture = SDL_LoadBMP(dir.file("picture.bmp").c_str());
+    ASSERT_NE(picture, nullptr);
+    EXPECT_EQ(picture->w, 5);
+    EXPECT_EQ(picture->h, 3);
+    EXPECT_EQ(picture->format->BitsPerPixel, 24);
+    for (int y = 0; y < 3; y++)
+        for (int x = 0; x < 5; x++) {
+            const uint8_t* bgr = static_cast<const uint8_t*>(picture->pixels) + y * picture->pitch + x * 3;
+            EXPECT_EQ(bgr[2], x);
+            EXPECT_EQ(bgr[1], 2 - y);
+            EXPECT_EQ(bgr[0], 200);
+        }
+    SDL_FreeSurface(picture);
+}
+
+TEST(Capture, AWindowWithoutAreaGivesNoPicture) {
+    const FakeGl fake;
+    for (const auto& [width, height] : {std::pair{0, 3}, {5, 0}, {-5, 3}, {5, -3}}) {
+        Capture capture{"/nonexistent/picture.bmp", 1, 0};
+        EXPECT_TRUE(captureFrame(capture, width, height));
+    }
+    EXPECT_TRUE(callsOf(fake, "ReadPixels").empty());
 }

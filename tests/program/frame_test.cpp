@@ -1,9 +1,14 @@
 #include "program/frame.h"
 
 #include "app/game_fixture.h"
+#include "program/talking_sdl.h"
 
-#include <fstream>
 #include <string>
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::IsEmpty;
 
 class FrameTest : public GameTest {
 protected:
@@ -18,6 +23,24 @@ TEST_F(FrameTest, AStallAdvancesTheGameByATenthOfASecondAtMost) {
     app.speed = 3;
     step(5.0f);
     EXPECT_FLOAT_EQ(app.dayTimer, 0.3f);
+}
+
+TEST_F(FrameTest, OnlyALongerFrameIsShortened) {
+    app.speed = 1;
+    for (const auto& [dt, step_] : {std::pair{0.09f, 0.09f}, {0.1f, 0.1f}, {0.11f, 0.1f}}) {
+        app.dayTimer = 0.0f;
+        step(dt);
+        EXPECT_EQ(app.dayTimer, step_);
+        EXPECT_EQ(app.frameStats.frameTime, step_);
+    }
+}
+
+TEST_F(FrameTest, AMeasureEndsAtHalfASecondAndNotBefore) {
+    for (int frame = 0; frame < 7; frame++) step(0.0625f);
+    EXPECT_EQ(app.frameStats.framesPerSecond, 0.0f);
+    EXPECT_EQ(app.frameStats.frames, 7);
+    step(0.0625f);
+    EXPECT_EQ(app.frameStats.framesPerSecond, 16.0f);
 }
 
 TEST_F(FrameTest, FramesPerSecondAreMeasuredOverHalfASecond) {
@@ -186,6 +209,17 @@ TEST_F(FrameTest, TheInputIsKeptForTheNextFramesMouseDelta) {
     EXPECT_EQ(app.camera.previousInput.mouseX, 123.0f);
 }
 
+TEST_F(FrameTest, ThePicturesTimeBeginsWithTheFirstFrame) {
+    talkingSdl().clockStep = 7.0;
+    gl.recording = true;
+    for (const char* seconds : {", 0)", ", 7)", ", 14)"}) {
+        gl.calls.clear();
+        step(0.01f);
+        EXPECT_THAT(callsOf(gl, "Uniform1f"), Contains(EndsWith(seconds)));
+    }
+    talkingSdl().clockStep = 0.0;
+}
+
 TEST_F(FrameTest, BeforeTheMouseHasMovedTheViewStandsAndNothingIsPointedAt) {
     const Vec3 target = app.camera.target;
     Input untouched;
@@ -205,4 +239,34 @@ TEST_F(FrameTest, AnyWindowSizeIsSurvived) {
         input.drawableHeight = height;
         EXPECT_TRUE(step(0.01f)) << width << " by " << height;
     }
+}
+
+// --- Nothing more than that
+
+TEST_F(FrameTest, AScreenThatStandsIsSilentAndAsksNothingOfTheSystem) {
+    app.settings.showFps = true;
+    app.saveExists = true;
+    app.tutorialStep = 1;
+    for (int screen = SCREEN_LAUNCHER; screen <= SCREEN_END; screen++)
+        for (int page = 0; page < 4; page++) {
+            app.screen = static_cast<Screen>(screen);
+            app.launcherPage = static_cast<LauncherPage>(page);
+            app.currentPanel = static_cast<uint8_t>(page);
+            app.returnScreen = page % 2 == 0 ? SCREEN_TITLE : SCREEN_GAME;
+            app.paused = page == 3;
+            const Settings before = app.settings;
+            for (int frame = 0; frame < 3; frame++) step(0.05f);
+            EXPECT_THAT(asked(), IsEmpty()) << screen << ", " << page;
+            EXPECT_THAT(heard(), IsEmpty()) << screen << ", " << page;
+            EXPECT_EQ(app.screen, screen);
+            EXPECT_EQ(app.settings.fullscreen, before.fullscreen);
+            EXPECT_FALSE(app.displayDirty || app.quitRequested);
+        }
+}
+
+TEST_F(FrameTest, F11WritesTheSettingsAndNothingElse) {
+    input.keysPressed[KEY_F11] = 1;
+    step(0.01f);
+    EXPECT_THAT(asked(), ElementsAre("writes " + app.settingsPath));
+    EXPECT_THAT(heard(), IsEmpty());
 }

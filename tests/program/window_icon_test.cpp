@@ -1,5 +1,6 @@
 #include "program/window_icon.h"
 
+#include "program/talking_sdl.h"
 #include "ui/logo/logo.h"
 
 #include <gtest/gtest.h>
@@ -23,4 +24,8 @@ TEST(WindowIcon, IsTheLogoWithItsClearCorners) {
     SDL_FreeSurface(icon);
 }
 
-TEST(WindowIcon, AWindowThatDoesNotExistIsLeftAlone) { setWindowIcon(nullptr); }
+TEST(WindowIcon, IsGivenToTheWindow) {
+    talkingSdl().said.clear();
+    setWindowIcon(nullptr);
+    EXPECT_EQ(talkingSdl().said, "icon 64x64 without a window\n");
+}
