@@ -23,6 +23,8 @@ float softClip(float value) {
     return std::copysign(CLIP_KNEE + CLIP_ROOM * std::tanh((size - CLIP_KNEE) / CLIP_ROOM), value);
 }
 
+static_assert(std::size(NOTE_FREQUENCIES) == 6);
+
 // Both random steps are taken even when no note sounds, so that the generator runs on under the music.
 static void startAmbientNote(AudioEngine& audio) {
     audio.ambientTimer = noiseUnit(audio.rng) * 1.6f + 1.2f;
@@ -90,6 +92,7 @@ static float readVolume(float& volume) {
 
 void audioRender(AudioEngine& audio, float* stereo, int frames) {
     assert(frames <= 65536); // no buffer of SDL is longer; at 630,000 the slow part would pass a turn
+    assert(audio.ambientLevel >= 0.0f && audio.ambientLevel <= 1.0f);
     const float musicVolume = readVolume(audio.musicVolume);
     const float sfxVolume = readVolume(audio.sfxVolume);
     musicMix(audio.music, stereo, frames, musicVolume);

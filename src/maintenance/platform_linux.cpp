@@ -5,6 +5,7 @@
 
 #include <SDL_thread.h>
 
+#include <cassert>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
@@ -54,12 +55,14 @@ static std::string ownTemporaryFolder() {
 }
 
 std::string temporaryPath(const std::string& name) {
+    assert(name.find('/') == std::string::npos);
     const std::string folder = ownTemporaryFolder();
     return folder.empty() ? "" : folder + "/" + name;
 }
 
 // What lies under a longer name, because somebody else had taken the usual one, is not found again.
 void deleteTemporaryFile(const std::string& name) {
+    assert(name.find('/') == std::string::npos);
     const std::string folder = usualTemporaryFolder();
     if (isOwnFolder(folder)) deleteFile(folder + "/" + name);
 }
@@ -92,6 +95,7 @@ static void startWaiting(pid_t child) {
 // In a session of its own, so that it outlives the terminal, with none of our files open. Without output if
 // `hidden`.
 static bool startDetached(std::vector<std::string> words, bool hidden) {
+    assert(!words.empty());
     std::vector<char*> arguments(words.size() + 1); // with a null at the end
     for (size_t i = 0; i < words.size(); i++) arguments[i] = words[i].data();
 
