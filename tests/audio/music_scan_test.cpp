@@ -2,6 +2,7 @@
 
 #include "allocation_count.h"
 #include "audio/tracks.h"
+#include "maintenance/ordinary_user.h"
 #include "temp_dir.h"
 
 #include <gtest/gtest.h>
@@ -119,6 +120,25 @@ TEST_F(MusicScanTest, AFolderEndsTheList) {
 }
 
 #ifndef _WIN32
+TEST_F(MusicScanTest, AFileThatMayNotBeReadEndsTheList) {
+    for (const int number : {1, 2, 3}) write(number, "track");
+    std::filesystem::permissions(dir.file("music2.mp3"), std::filesystem::perms::none);
+    const OrdinaryUser user;
+    EXPECT_TRUE(scan());
+    EXPECT_EQ(player.tracks.size(), 1u);
+}
+
+TEST_F(MusicScanTest, NoFileStaysOpen) {
+    for (const int number : {1, 2, 3}) write(number, "track");
+    const auto openFiles = [] {
+        const std::filesystem::directory_iterator all("/proc/self/fd");
+        return std::distance(begin(all), end(all));
+    };
+    const auto before = openFiles();
+    EXPECT_TRUE(scan());
+    EXPECT_EQ(openFiles(), before);
+}
+
 TEST_F(MusicScanTest, PipesDevicesAndLinksToNowhereEndTheList) {
     write(1, "one");
     write(3, "three");
@@ -127,7 +147,8 @@ TEST_F(MusicScanTest, PipesDevicesAndLinksToNowhereEndTheList) {
     EXPECT_TRUE(scan());
     EXPECT_EQ(player.tracks.size(), 1u);
 
-    for (const char* target : {"/dev/zero", "/nonexistent", "music2.mp3"}) {
+    const char* shorterThanItSays = "/sys/kernel/uevent_seqnum";
+    for (const char* target : {"/dev/zero", "/nonexistent", "music2.mp3", shorterThanItSays}) {
         std::filesystem::remove(path);
         std::filesystem::create_symlink(target, path);
         EXPECT_TRUE(scan());

@@ -116,6 +116,12 @@ TEST_F(Http, SilenceEndsTheWait) {
     }
 }
 
+TEST_F(Http, AHeaderMayBeSlowToo) {
+    HttpOptions impatient;
+    impatient.timeoutMs = 1500;
+    EXPECT_TRUE(get(server.url("/drip_head/35"), impatient).ok);
+}
+
 TEST_F(Http, AHeaderThatDripsIsLeftWhenTheTimeIsUp) {
     HttpOptions hurried;
     hurried.totalMs = 1500;

@@ -81,6 +81,9 @@ TEST_F(Http, AFloodEndsAtTheLimit) {
     small.fileLimit = 1 << 20;
     EXPECT_FALSE(httpFetch(server.url("/flood"), nullptr, path, small));
     EXPECT_FALSE(fileExists(path));
+    small.fileLimit = 4;
+    EXPECT_EQ(get(server.url("/trickle/4"), small).body, "xxxx");
+    EXPECT_FALSE(get(server.url("/trickle/5"), small).ok);
 }
 
 TEST_F(Http, AFileMayBeLongerThanATextUpToItsOwnLimit) {
@@ -91,6 +94,9 @@ TEST_F(Http, AFileMayBeLongerThanATextUpToItsOwnLimit) {
     EXPECT_EQ(std::filesystem::file_size(path), 100000u);
     EXPECT_FALSE(httpFetch(server.url("/body/100001"), nullptr, path, options));
     EXPECT_FALSE(fileExists(path));
+    options.fileLimit = 100; // is one for texts too
+    EXPECT_TRUE(get(server.url("/body/100"), options).ok);
+    EXPECT_FALSE(get(server.url("/body/101"), options).ok);
 }
 
 // --- Redirections

@@ -151,6 +151,14 @@ class Handler(http.server.SimpleHTTPRequestHandler):
         while True:
             self.wfile.write(b"x" * 65536)
 
+    def odd_trickle(self, count):
+        """So many bytes, each alone, and no length."""
+        self.head(200)
+        for _ in range(int(count)):
+            self.wfile.write(b"x")
+            self.wfile.flush()
+            time.sleep(0.05)
+
     def odd_headers(self, _):
         """Header lines without end."""
         self.send_response(200)

@@ -1,4 +1,6 @@
 #include "maintenance/uninstall.h"
+
+#include "maintenance/full_disk.h"
 #include "temp_dir.h"
 
 #include <gtest/gtest.h>
@@ -49,6 +51,17 @@ TEST(ShellRemovalScript, IsSatisfiedOnceTheFolderIsGone) {
     EXPECT_EQ(log[0], "sleep 1");
     EXPECT_EQ(log[1], "rm -rf -- " + dir.file("Orlavane"));
     EXPECT_EQ(log[2], "rm -f -- " + dir.file("script.sh"));
+}
+
+TEST(ShellRemovalScript, IsWrittenWholeOrNotAtAll) {
+    const TempDir dir;
+    const FullDisk disk(20000);
+    for (const size_t size : {0, 20000, 20001, 100000}) { // the third is found out when the file is closed
+        const std::string text(size, '#');
+        EXPECT_EQ(writeScript(dir.file("script.sh"), text), size <= 20000) << size;
+        EXPECT_EQ(readText(dir.file("script.sh")), size <= 20000 ? text : "") << size;
+        EXPECT_EQ(fs::exists(dir.file("script.sh")), size <= 20000) << size;
+    }
 }
 
 // --- For real
