@@ -95,6 +95,12 @@ TEST_F(Http, AnAnswerEndsWhereItsLengthSays) {
     EXPECT_EQ(get(server.url("/unbounded")).body, "hello");
 }
 
+TEST_F(Http, LinesMayEndWithoutACarriageReturn) {
+    EXPECT_EQ(get(server.url("/bare/200")).body, "xxx");
+    EXPECT_FALSE(get(server.url("/bare/404")).ok);
+    EXPECT_FALSE(httpFetch(server.url("/bare/200"), nullptr, dir.file("missing/fetched")));
+}
+
 TEST_F(Http, WhatIsNoHttpIsNoAnswer) { EXPECT_FALSE(get(server.url("/noise")).ok); }
 
 TEST_F(Http, AHeaderHasAtMost256Kilobytes) {

@@ -176,6 +176,10 @@ class Handler(http.server.SimpleHTTPRequestHandler):
             left -= line
         self.wfile.write(b"\r\nxxx")
 
+    def odd_bare(self, status):
+        """Lines that end without a carriage return."""
+        self.wfile.write(b"HTTP/1.1 " + status.encode() + b" Some\nContent-Length: 3\n\nxxx")
+
     def odd_leave(self, _):
         """Hangs up in the middle, at the level of the wire."""
         self.head(200)
