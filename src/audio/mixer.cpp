@@ -23,12 +23,11 @@ float softClip(float value) {
     return std::copysign(CLIP_KNEE + CLIP_ROOM * std::tanh((size - CLIP_KNEE) / CLIP_ROOM), value);
 }
 
-static_assert(std::size(NOTE_FREQUENCIES) == 6);
-
 // Both random steps are taken even when no note sounds, so that the generator runs on under the music.
 static void startAmbientNote(AudioEngine& audio) {
     audio.ambientTimer = noiseUnit(audio.rng) * 1.6f + 1.2f;
     const int index = static_cast<int>(noiseUnit(audio.rng) * 6.0f) % 6; // because noiseUnit reaches 1
+    static_assert(std::size(NOTE_FREQUENCIES) == 6);
     if (audio.ambientLevel < 0.5f) return;
     Voice* voice = freeVoice(audio.voices);
     if (!voice) return;

@@ -95,7 +95,6 @@ static void startWaiting(pid_t child) {
 // In a session of its own, so that it outlives the terminal, with none of our files open. Without output if
 // `hidden`.
 static bool startDetached(std::vector<std::string> words, bool hidden) {
-    assert(!words.empty());
     std::vector<char*> arguments(words.size() + 1); // with a null at the end
     for (size_t i = 0; i < words.size(); i++) arguments[i] = words[i].data();
 

@@ -6,6 +6,7 @@
 #include "maintenance/ordinary_user.h"
 
 #include <arpa/inet.h>
+#include <malloc.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -99,6 +100,13 @@ TEST_F(Http, LinesMayEndWithoutACarriageReturn) {
     EXPECT_EQ(get(server.url("/bare/200")).body, "xxx");
     EXPECT_FALSE(get(server.url("/bare/404")).ok);
     EXPECT_FALSE(httpFetch(server.url("/bare/200"), nullptr, dir.file("missing/fetched")));
+}
+
+TEST_F(Http, SingleBytesEndAtTheLimitToo) {
+    HttpOptions small;
+    small.fileLimit = 4;
+    EXPECT_EQ(get(server.url("/trickle/4"), small).body, "xxxx");
+    EXPECT_FALSE(get(server.url("/trickle/5"), small).ok);
 }
 
 TEST_F(Http, WhatIsNoHttpIsNoAnswer) { EXPECT_FALSE(get(server.url("/noise")).ok); }
@@ -196,6 +204,14 @@ TEST_F(Http, GoesThroughTheProxyOfTheSystem) {
     EXPECT_EQ(get(server.url("/body/3")).body, "xxx");
     unsetVariable("http_proxy");
     unsetVariable("no_proxy");
+}
+
+TEST_F(Http, AnAddressThatIsRefusedLeavesNothingInMemory) {
+    const std::string url = "ftp://somewhere.invalid/" + std::string(1000, 'x');
+    EXPECT_FALSE(get(url).ok); // the library is loaded now
+    const size_t before = mallinfo2().uordblks;
+    for (int i = 0; i < 100; i++) EXPECT_FALSE(get(url).ok);
+    EXPECT_LT(mallinfo2().uordblks, before + 20000);
 }
 
 // --- Files that cannot be written

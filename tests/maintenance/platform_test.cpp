@@ -16,6 +16,7 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <malloc.h>
 #include <spawn.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -214,6 +215,16 @@ TEST_F(Platform, OnlyAHiddenProgramIsWithoutOutputAndNoneHasOurInput) {
         const std::string output = hidden ? "/dev/null\n" : dir.file("ours") + "\n";
         EXPECT_EQ(written(), "/dev/null\n" + output + output);
     }
+}
+
+TEST_F(Platform, AProgramThatCannotStartLeavesNothingInMemory) {
+    const std::string path = program("p", "echo");
+    noProgramStarts = true;
+    EXPECT_FALSE(shellOpen(path, true));
+    const size_t before = mallinfo2().uordblks;
+    for (int i = 0; i < 200; i++) EXPECT_FALSE(shellOpen(path, true));
+    EXPECT_LT(mallinfo2().uordblks, before + 20000);
+    noProgramStarts = false;
 }
 
 TEST_F(Platform, AProgramThatHasEndedLeavesNothingBehind) {
