@@ -81,6 +81,7 @@ TEST_F(MusicPlayerTest, AFreshPlayerIsOffAndSilent) {
     load({noiseFrames(NOISE, 20)});
     EXPECT_EQ(player.mode, MUSIC_OFF);
     EXPECT_FALSE(player.active);
+    EXPECT_EQ(MusicTrack().size + MusicTrack().start, 0u);
     EXPECT_EQ(player.trackIndex, 0u);
     EXPECT_EQ(player.openCount, 0u);
     EXPECT_EQ(player.filePos, 0u);

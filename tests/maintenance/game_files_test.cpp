@@ -31,6 +31,8 @@ TEST(GameFiles, HaveNameSizeAndTime) {
     EXPECT_EQ(files[0].name, "a.bin");
     EXPECT_EQ(files[0].size, 12345);
     EXPECT_EQ(files[0].modified, 1000000);
+    EXPECT_EQ(GameFile().size, 0);
+    EXPECT_EQ(GameFile().modified, 0);
 }
 
 TEST(GameFiles, AreSortedByTheBytesOfTheirNames) {
