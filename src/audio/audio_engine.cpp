@@ -6,6 +6,7 @@
 #include <SDL.h>
 
 #include <atomic>
+#include <cassert>
 #include <cstring>
 
 constexpr int BUFFER_FRAMES = 1024;
@@ -13,6 +14,7 @@ constexpr int CHANNELS = 2;
 constexpr int FRAME_BYTES = CHANNELS * static_cast<int>(sizeof(float));
 
 static void SDLCALL fillStream(void* engine, Uint8* stream, int bytes) {
+    assert(bytes % FRAME_BYTES == 0);
     std::memset(stream, 0, static_cast<size_t>(bytes)); // because audioRender adds to what is there
     float* stereo = static_cast<float*>(static_cast<void*>(stream));
     audioRender(*static_cast<AudioEngine*>(engine), stereo, bytes / FRAME_BYTES);
@@ -24,6 +26,7 @@ static bool fail(std::string* log, const char* what) {
 }
 
 bool audioInit(AudioEngine& audio, std::string* log) {
+    assert(audio.device == 0);
     if (SDL_InitSubSystem(SDL_INIT_AUDIO) != 0) return fail(log, "No audio: ");
 
     SDL_AudioSpec wanted = {};

@@ -27,6 +27,7 @@ float softClip(float value) {
 static void startAmbientNote(AudioEngine& audio) {
     audio.ambientTimer = noiseUnit(audio.rng) * 1.6f + 1.2f;
     const int index = static_cast<int>(noiseUnit(audio.rng) * 6.0f) % 6; // because noiseUnit reaches 1
+    static_assert(std::size(NOTE_FREQUENCIES) == 6);
     if (audio.ambientLevel < 0.5f) return;
     Voice* voice = freeVoice(audio.voices);
     if (!voice) return;
@@ -90,6 +91,7 @@ static float readVolume(float& volume) {
 
 void audioRender(AudioEngine& audio, float* stereo, int frames) {
     assert(frames <= 65536); // no buffer of SDL is longer; at 630,000 the slow part would pass a turn
+    assert(audio.ambientLevel >= 0.0f && audio.ambientLevel <= 1.0f);
     const float musicVolume = readVolume(audio.musicVolume);
     const float sfxVolume = readVolume(audio.sfxVolume);
     musicMix(audio.music, stereo, frames, musicVolume);

@@ -27,12 +27,14 @@ struct Frame {
 // Decodes what comes next in the track and moves the position behind it, to the track's end if there is
 // nothing more.
 static void decodeAt(mp3dec_t& decoder, const MusicTrack& track, uint64_t& position, Frame& frame) {
+    assert(position < track.size && track.bytes.size() >= track.size + TRACK_TAIL);
     frame.info = {};
     frame.count = mp3dec_decode_frame(&decoder, track.bytes.data() + position,
                                       static_cast<int>(track.size - position), frame.samples, &frame.info);
     if (frame.info.channels <= 0) frame.count = 0; // a tag
     position =
         frame.info.frame_bytes == 0 ? track.size : position + static_cast<uint64_t>(frame.info.frame_bytes);
+    assert(position <= track.size && frame.count * frame.info.channels <= MINIMP3_MAX_SAMPLES_PER_FRAME);
 }
 
 // Where a fresh decoder may begin to come to the same first sound as from the track's begin. What it knows of
@@ -107,6 +109,7 @@ static void appendSamples(std::vector<float>& pcm, const Frame& frame) {
 
 // Appends the next audio frame of the track to pcm. False at its end.
 static bool decodeFrame(MusicPlayer& player) {
+    assert(player.trackIndex < player.tracks.size());
     const MusicTrack& track = player.tracks[player.trackIndex];
     Frame frame;
     while (player.filePos < track.size) {
@@ -140,6 +143,7 @@ static bool musicEnsure(MusicPlayer& player, uint64_t frames) {
 
 // Two frames must come out: between them the resampler finds its first sample.
 static bool openTrack(MusicPlayer& player, size_t index) {
+    assert(player.tracks[index].start <= player.tracks[index].size);
     player.openCount++;
     mp3dec_init(&player.decoder);
     player.trackIndex = static_cast<uint32_t>(index);
@@ -169,6 +173,7 @@ bool musicPlay(MusicPlayer& player, uint32_t index) {
 }
 
 void musicSetMode(MusicPlayer& player, MusicMode mode) {
+    assert(mode >= MUSIC_OFF && mode <= MUSIC_GAME);
     if (mode == player.mode) return;
     player.mode = mode;
     player.active = false;
@@ -183,6 +188,7 @@ static bool openFollowingTrack(MusicPlayer& player) {
 
 // Adds one frame, straight between the two decoded frames around the reading position.
 static void addFrame(const MusicPlayer& player, float* out, float volume) {
+    assert(player.readFrame + 1 < decodedFrames(player));
     const float f = static_cast<float>(player.readFrac);
     const float* a = &player.pcm[2 * player.readFrame];
     const float* b = a + 2;
@@ -192,6 +198,7 @@ static void addFrame(const MusicPlayer& player, float* out, float volume) {
 }
 
 static void advance(MusicPlayer& player) {
+    assert(player.step > 0.0 && player.readFrac >= 0.0 && player.readFrac < 1.0);
     player.fadeClock += FRAME_TIME;
     player.readFrac += player.step;
     for (; player.readFrac >= 1.0; player.readFrac -= 1.0) player.readFrame++;

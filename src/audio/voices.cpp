@@ -37,6 +37,11 @@ static constexpr EffectRow EFFECTS[] = {
     {SOUND_DAY_BELL, VOICE_BELL, WAVE_SINE, 1320.0f, 1320.0f, 1.2f, 0.08f, 0.0f},
 };
 
+// A frame's step is less than a turn, so that a phase comes back into it by taking off one.
+static_assert(std::all_of(std::begin(EFFECTS), std::end(EFFECTS), [](const EffectRow& row) {
+    return row.duration > 0.0f && row.freqStart < SAMPLE_RATE && row.freqEnd < SAMPLE_RATE;
+}));
+
 Voice* freeVoice(Voices& voices) {
     const auto found = std::find_if(voices.begin(), voices.end(), [](const Voice& v) { return !v.active; });
     return found == voices.end() ? nullptr : &*found;
@@ -96,6 +101,7 @@ static void walk(Voice& voice, int frames, Course& course) {
     }
     voice.time = time;
     voice.phase = phase;
+    assert(course.first + course.count <= frames);
 }
 
 // The sign of the sine. In single precision half a turn and TWO_PI are both a little more than the true ones,

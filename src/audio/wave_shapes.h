@@ -3,10 +3,12 @@
 #pragma once
 
 #include <bit>
+#include <cassert>
 #include <cstdint>
 
 // Of a phase from 0 to one turn.
 inline float sineOfPhase(float phase) {
+    assert(phase >= 0.0f && phase <= 6.2831855f);
     const float x = phase - 3.14159274f;
     const float y = x * x;
     float p = -2.0366226e-08f;
@@ -21,6 +23,7 @@ inline float sineOfPhase(float phase) {
 // exp(x) for x from -80 to 0: a power of two by its bits, times a polynomial for the half power left on
 // either side.
 inline float fallingExp(float x) {
+    assert(x >= -80.0f && x <= 0.0f);
     const float s = x * 1.44269504f;
     const int32_t whole = static_cast<int32_t>(s - 0.5f);
     const float r = s - static_cast<float>(whole);

@@ -3,6 +3,7 @@
 #include "maintenance/files.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstdio>
 #include <ctime>
 
@@ -15,6 +16,7 @@ constexpr int64_t MEGABYTE = 1024 * 1024;
 
 // How many bytes of `text` from `i` on are one well-formed UTF-8 character; 0 if none.
 static size_t characterLength(const std::string& text, size_t i) {
+    assert(i < text.size());
     const auto byte = [&](size_t k) { return k < text.size() ? static_cast<unsigned char>(text[k]) : 0u; };
     const unsigned lead = byte(i);
     if (lead < 0x80) return 1;

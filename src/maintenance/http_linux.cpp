@@ -6,6 +6,7 @@
 #include "maintenance/http_limits.h"
 
 #include <algorithm>
+#include <cassert>
 #include <chrono>
 #include <csignal>
 #include <memory>
@@ -196,6 +197,7 @@ static std::string redirection(const Transfer& transfer, const std::string& url)
 
 // Fetches `url`; if its answer leads elsewhere, `url` becomes that address, otherwise empty.
 static bool fetchOnce(Transfer& transfer, std::string& url, const curl_slist* headers) {
+    assert(!transfer.accepted && !transfer.file); // each hop has a transfer of its own
     setTransferOptions(transfer, url, headers);
     bool ok = transfer.curl.perform(transfer.handle) == CURLE_OK && transfer.accepted;
     if (transfer.file) ok = std::fclose(transfer.file) == 0 && ok;
@@ -233,6 +235,7 @@ static long timeLeft(const HttpOptions& options, Clock::time_point start) {
 
 bool httpFetch(const std::string& url, std::string* body, const std::string& filePath,
                const HttpOptions& options) {
+    assert(options.timeoutMs > 0 && options.totalMs >= 0);
     CurlLibrary curl;
     if (!loadCurl(curl)) return false;
     const PipeSignalBlocked blocked;

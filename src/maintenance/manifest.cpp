@@ -1,10 +1,12 @@
 #include "maintenance/manifest.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cctype>
 #include <tuple>
 
 bool manifestField(std::string_view text, std::string_view key, std::string& out) {
+    assert(!key.empty() && key.find('"') == std::string_view::npos);
     const std::string quotedKey = '"' + std::string(key) + '"';
     const size_t found = text.find(quotedKey);
     if (found == std::string_view::npos) return false;

@@ -5,6 +5,7 @@
 
 #include <SDL_thread.h>
 
+#include <cassert>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
@@ -54,12 +55,14 @@ static std::string ownTemporaryFolder() {
 }
 
 std::string temporaryPath(const std::string& name) {
+    assert(name.find('/') == std::string::npos);
     const std::string folder = ownTemporaryFolder();
     return folder.empty() ? "" : folder + "/" + name;
 }
 
 // What lies under a longer name, because somebody else had taken the usual one, is not found again.
 void deleteTemporaryFile(const std::string& name) {
+    assert(name.find('/') == std::string::npos);
     const std::string folder = usualTemporaryFolder();
     if (isOwnFolder(folder)) deleteFile(folder + "/" + name);
 }

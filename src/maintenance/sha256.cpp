@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cassert>
 #include <cctype>
 #include <cstdint>
 #include <cstdio>
@@ -69,6 +70,7 @@ static void hashBlock(std::array<uint32_t, 8>& words, const uint8_t* block) {
 }
 
 static void addBytes(Sha256& hash, const void* data, size_t size) {
+    assert(hash.blockUsed < BLOCK_SIZE);
     const uint8_t* bytes = static_cast<const uint8_t*>(data);
     hash.length += size;
     while (size > 0) {
@@ -94,6 +96,7 @@ static std::string digestOf(Sha256& hash) {
         const uint8_t byte = static_cast<uint8_t>(bits >> shift);
         addBytes(hash, &byte, 1);
     }
+    assert(hash.blockUsed == 0); // all of it is hashed
 
     std::string digest;
     for (const uint32_t word : hash.words) {

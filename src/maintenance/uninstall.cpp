@@ -4,6 +4,7 @@
 #include "maintenance/platform.h"
 
 #include <algorithm>
+#include <cassert>
 
 constexpr const char* GAME_FOLDER = "Orlavane";
 
@@ -32,6 +33,7 @@ static std::string quotedForWindows(const std::string& path) {
 // `rd` fails while the ending game holds its files, so it is tried for two minutes, once a second: that is
 // what two pings to this computer take. The shortcuts go in any case, because what they lead to is broken.
 std::string windowsRemovalScript(const Removal& removal) {
+    assert(!removal.folder.empty() && removal.folder.back() != '\\');
     const std::string folder = quotedForWindows(removal.folder);
     std::string text = "@echo off\r\n"
                        "set n=0\r\n"
@@ -59,6 +61,7 @@ static std::string quotedForShell(const std::string& path) {
 }
 
 std::string shellRemovalScript(const Removal& removal) {
+    assert(removal.folder.starts_with('/') && !removal.folder.ends_with('/')); // because it leaves our folder
     const std::string folder = quotedForShell(removal.folder);
     std::string text = "cd /\n"
                        "n=0\n"

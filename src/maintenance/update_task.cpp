@@ -4,6 +4,8 @@
 #include "maintenance/platform.h"
 #include "maintenance/sha256.h"
 
+#include <cassert>
+
 bool httpGetText(const std::string& url, std::string& out, int timeLimitMs) {
     out.clear();
     HttpOptions options;
@@ -29,11 +31,13 @@ static bool runDownload(const UpdateTask& task) {
 }
 
 void updateTaskRun(UpdateTask& task) {
+    assert(task.done == 0);
     task.ok = task.isDownload ? runDownload(task) : runCheck(task);
     task.done.exchange(1);
 }
 
 UpdateState updateVerdict(const UpdateTask& task, const std::string& buildDate) {
+    assert(!task.isDownload);
     if (!task.ok) return UPDATE_OFFLINE;
     // First, because a server may publish the same build again under a later date.
     if (hashEquals(task.localSha256, task.manifest.sha256)) return UPDATE_CURRENT;

@@ -1,13 +1,19 @@
 #include "audio/audio_engine.h"
 
+#include "audio/mixer.h"
 #include "audio/tracks.h"
 #include "temp_dir.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <SDL.h>
 
 #include <fstream>
+
+#ifdef __linux__
+#include "audio/watched_device.h"
+#endif
 
 class AudioEngineTest : public testing::Test {
 protected:
@@ -42,6 +48,56 @@ TEST_F(AudioEngineTest, TheDeviceOpensAndPlays) {
     for (int i = 0; i < 500 && sounding() > 0; i++) SDL_Delay(10);
     EXPECT_EQ(sounding(), 0); // the audio thread has played it to its end
 }
+
+#ifdef __linux__ // where SDL's calls can be watched
+TEST_F(AudioEngineTest, TheDeviceIsAskedForStereoFloatsInBuffersOf1024Frames) {
+    ASSERT_TRUE(audioInit(audio, nullptr));
+    const SDL_AudioSpec& wanted = watchedDevice().wanted;
+    EXPECT_EQ(wanted.freq, 44100);
+    EXPECT_EQ(wanted.format, AUDIO_F32);
+    EXPECT_EQ(wanted.channels, 2);
+    EXPECT_EQ(wanted.samples, 1024);
+    EXPECT_EQ(wanted.userdata, &audio);
+    EXPECT_EQ(watchedDevice().allowedChanges, 0); // SDL converts
+}
+
+TEST_F(AudioEngineTest, TheCallbackReplacesAllThatTheStreamHolds) {
+    ASSERT_TRUE(audioInit(audio, nullptr));
+    SDL_PauseAudioDevice(audio.device, 1); // so that only we call it
+    audioPlayEffect(audio, SOUND_BUILD);
+    AudioEngine same = audio;
+    std::vector<float> expected(2 * 500);
+    audioRender(same, expected.data(), 500);
+    expected.resize(2 * 501, 7.0f);
+    std::vector<float> stream(2 * 501, 7.0f);
+    watchedDevice().wanted.callback(&audio, reinterpret_cast<Uint8*>(stream.data()), 500 * 8);
+    EXPECT_EQ(stream, expected);
+}
+
+TEST_F(AudioEngineTest, EffectsModesAndTracksChangeUnderTheLock) {
+    const TempDir dir;
+    const Bytes track = noiseFrames({.layer = 1}, 12);
+    writeText(dir.file("music1.mp3"), {track.begin(), track.end()});
+    ASSERT_TRUE(audioInit(audio, nullptr));
+    SDL_PauseAudioDevice(audio.device, 1);
+    std::vector<std::string> seen;
+    watchedDevice().onLock = [&](const std::string& what) {
+        seen.push_back(what + (freeVoice(audio.voices) == audio.voices.data() ? "" : " effect") +
+                       (audio.music.tracks.empty() ? "" : " tracks") +
+                       (audio.music.mode == MUSIC_OFF ? "" : " mode"));
+    };
+    audioPlayEffect(audio, SOUND_BUILD);
+    audioLoadMusic(audio, dir.file(""), nullptr);
+    audioSetMusicMode(audio, MUSIC_MENU);
+    audioPlayEffect(audio, SOUND_COUNT);
+    audioSetVolumes(audio, 1.0f, 1.0f); // is no reason to wait
+    watchedDevice().onLock = nullptr;
+    EXPECT_THAT(seen, testing::ElementsAre("lock", "unlock effect",                           //
+                                           "lock effect", "unlock effect tracks",             //
+                                           "lock effect tracks", "unlock effect tracks mode", //
+                                           "lock effect tracks mode", "unlock effect tracks mode"));
+}
+#endif
 
 TEST_F(AudioEngineTest, ShutdownClosesTheDeviceAndMayComeTwice) {
     ASSERT_TRUE(audioInit(audio, nullptr));

@@ -67,6 +67,11 @@ TEST_F(MixerTest, AnEngineIsConstructedQuietAndWithoutADevice) {
     EXPECT_EQ(audio.rng, 12345u);
     for (const Voice& voice : audio.voices) {
         EXPECT_FALSE(voice.active);
+        EXPECT_EQ(voice.kind, 0);
+        EXPECT_EQ(voice.wave, 0);
+        for (const float value : {voice.time, voice.delay, voice.duration, voice.freqStart, voice.freqEnd,
+                                  voice.gain, voice.phase})
+            EXPECT_EQ(value, 0.0f);
         EXPECT_EQ(voice.noiseState, 1u);
     }
 }
@@ -142,6 +147,13 @@ TEST_F(MixerTest, TheBedKeepsItsLevelInAModeWithoutTracks) {
     EXPECT_EQ(audio.ambientLevel, 1.0f);
 }
 
+TEST_F(MixerTest, TheBedKeepsItsLevelWhereMusicIsOpenButOff) {
+    audio.music.tracks = {trackOf(silentFrames({}, 20))};
+    ASSERT_TRUE(musicOpen(audio.music, 0));
+    listen(1024);
+    EXPECT_EQ(audio.ambientLevel, 1.0f);
+}
+
 // --- Ambient notes
 // ---------------------------------------------------------------------------------------------
 
@@ -202,10 +214,26 @@ TEST_F(MixerTest, UnderMusicNoNotesBeginButTheirClockRunsOn) {
     EXPECT_EQ(notes(), 0);
     EXPECT_NE(audio.rng, 12345u);
     EXPECT_GE(audio.ambientTimer, 1.2f);
-    audio.ambientLevel = 0.5f;
-    audio.ambientTimer = 0.0f;
-    listen(1);
-    EXPECT_EQ(notes(), 1);
+
+    // The level of a half is enough, once the frame has moved it: nothing below is.
+    float level = 0.49998f;
+    while (level + (1.0f - level) * 3.4013603e-05f < 0.5f) level = std::nextafter(level, 1.0f);
+    for (const float before : {std::nextafter(level, 0.0f), level}) {
+        audio.ambientLevel = before;
+        audio.ambientTimer = 0.0f;
+        listen(1);
+        EXPECT_EQ(notes(), before == level ? 1 : 0);
+    }
+    EXPECT_EQ(audio.ambientLevel, 0.5f);
+}
+
+TEST_F(MixerTest, ANoteIsDueInTheFrameInWhichItsTimeIsUp) {
+    for (const float time : {FRAME_TIME, std::nextafter(FRAME_TIME, 1.0f)}) {
+        audio = {};
+        audio.ambientTimer = time;
+        listen(1);
+        EXPECT_EQ(notes(), time == FRAME_TIME ? 1 : 0);
+    }
 }
 
 TEST_F(MixerTest, ANoteWithoutAFreeVoiceIsDropped) {
@@ -239,7 +267,7 @@ TEST_F(MixerTest, SoundUpToFourFifthsPassesUnchanged) {
 TEST_F(MixerTest, LouderSoundIsBentAndNeverLeavesTheRange) {
     float before = 0.8f;
     for (float x = 0.81f; x < 3.0f; x += 0.01f) {
-        EXPECT_FLOAT_EQ(softClip(x), 0.8f + 0.19999999f * std::tanh((x - 0.8f) / 0.19999999f));
+        EXPECT_EQ(softClip(x), 0.8f + 0.19999999f * std::tanh((x - 0.8f) / 0.19999999f));
         EXPECT_EQ(softClip(-x), -softClip(x));
         EXPECT_GE(softClip(x), before);
         EXPECT_LE(softClip(x), x);
@@ -272,11 +300,26 @@ static void expectSameState(const AudioEngine& a, const AudioEngine& b) {
     for (size_t i = 0; i < a.voices.size(); i++) {
         ASSERT_EQ(a.voices[i].active, b.voices[i].active) << i;
         ASSERT_EQ(a.voices[i].kind, b.voices[i].kind) << i;
+        ASSERT_EQ(a.voices[i].wave, b.voices[i].wave) << i;
         ASSERT_EQ(a.voices[i].time, b.voices[i].time) << i;
         ASSERT_EQ(a.voices[i].delay, b.voices[i].delay) << i;
+        ASSERT_EQ(a.voices[i].duration, b.voices[i].duration) << i;
+        ASSERT_EQ(a.voices[i].freqStart, b.voices[i].freqStart) << i;
+        ASSERT_EQ(a.voices[i].freqEnd, b.voices[i].freqEnd) << i;
+        ASSERT_EQ(a.voices[i].gain, b.voices[i].gain) << i;
         ASSERT_EQ(a.voices[i].phase, b.voices[i].phase) << i;
         ASSERT_EQ(a.voices[i].noiseState, b.voices[i].noiseState) << i;
     }
+}
+
+// Renders the next buffer of both; each sample may differ by `tolerance`.
+static void compareBuffer(AudioEngine& fast, AudioEngine& plain, int frames, float tolerance = UNIT) {
+    std::vector<float> a(static_cast<size_t>(2 * frames));
+    std::vector<float> b = a;
+    audioRender(fast, a.data(), frames);
+    plainRender(plain, b.data(), frames);
+    for (size_t i = 0; i < a.size(); i++) ASSERT_NEAR(a[i], b[i], tolerance) << "at " << i;
+    ASSERT_NO_FATAL_FAILURE(expectSameState(fast, plain));
 }
 
 // Plays the same evening on both, in buffers of any length, and holds them against each other.
@@ -287,7 +330,7 @@ static void comparePlainAndFast(AudioEngine fast, int buffers, int maxFrames, ui
         if (random() % 3 == 0) {
             const int effect = static_cast<int>(random() % SOUND_COUNT);
             startEffect(fast.voices, fast.rng, effect);
-            startEffect(plain.voices, plain.rng, effect);
+            plainStartEffect(plain, effect);
         }
         if (random() % 40 == 0) {
             const auto mode = static_cast<MusicMode>(random() % 3);
@@ -295,14 +338,30 @@ static void comparePlainAndFast(AudioEngine fast, int buffers, int maxFrames, ui
             musicSetMode(plain.music, mode);
         }
         const int frames = 1 + static_cast<int>(random() % static_cast<uint32_t>(maxFrames));
-        std::vector<float> a(static_cast<size_t>(2 * frames));
-        std::vector<float> b = a;
-        audioRender(fast, a.data(), frames);
-        plainRender(plain, b.data(), frames);
-        for (size_t i = 0; i < a.size(); i++)
-            ASSERT_NEAR(a[i], b[i], UNIT) << "buffer " << buffer << " at " << i;
-        ASSERT_NO_FATAL_FAILURE(expectSameState(fast, plain)) << "buffer " << buffer;
+        ASSERT_NO_FATAL_FAILURE(compareBuffer(fast, plain, frames)) << "buffer " << buffer;
     }
+}
+
+TEST_F(MixerTest, EveryEffectIsThatOfThePlainForm) {
+    for (int effect = -1; effect <= SOUND_COUNT; effect++) {
+        audio = {};
+        audio.sfxVolume = 1.0f;
+        audio.ambientTimer = 100.0f;
+        AudioEngine plain = audio;
+        startEffect(audio.voices, audio.rng, effect);
+        plainStartEffect(plain, effect);
+        expectSameState(audio, plain);
+        for (int i = 0; i < 70; i++) // the longest sounds for 1.6 seconds
+            ASSERT_NO_FATAL_FAILURE(compareBuffer(audio, plain, 1024)) << effect;
+        EXPECT_EQ(freeVoice(audio.voices), audio.voices.data()) << effect;
+    }
+}
+
+TEST_F(MixerTest, TheLongestBufferIsThatOfThePlainForm) {
+    audio.musicVolume = 1.0f;
+    audio.ambientTimer = 100.0f;
+    AudioEngine plain = audio;
+    compareBuffer(audio, plain, 65536, 1e-6f);
 }
 
 TEST_F(MixerTest, TheSoundIsThatOfThePlainForm) {
@@ -323,7 +382,7 @@ TEST_F(MixerTest, EveryKindOfVoiceAtEveryLengthIsThatOfThePlainForm) {
     audio.sfxVolume = 1.0f;
     for (int kind = 0; kind <= VOICE_AMBIENT_NOTE; kind++)
         for (int wave = 0; wave <= 3; wave++)
-            for (const float duration : {0.0f, 1e-5f, 1e-3f, 0.05f, 0.5f, 0.6f, 2.2f}) {
+            for (const float duration : {0.0f, 1e-5f, FRAME_TIME, 1e-3f, 0.05f, 0.5f, 0.6f, 2.2f}) {
                 audio.voices = {};
                 audio.voices[3] = {.active = 1,
                                    .kind = static_cast<VoiceKind>(kind),
@@ -335,6 +394,31 @@ TEST_F(MixerTest, EveryKindOfVoiceAtEveryLengthIsThatOfThePlainForm) {
                                    .gain = 0.55f};
                 ASSERT_NO_FATAL_FAILURE(comparePlainAndFast(audio, 6, 1024, 4)) << kind << wave << duration;
             }
+}
+
+// The phase in front of which a step leads to exactly one turn.
+static float aStepBeforeTheTurn(float step) {
+    float phase = TWO_PI - step;
+    while (phase + step < TWO_PI) phase = std::nextafter(phase, TWO_PI);
+    while (phase + step > TWO_PI) phase = std::nextafter(phase, 0.0f);
+    EXPECT_EQ(phase + step, TWO_PI);
+    return phase;
+}
+
+TEST_F(MixerTest, APhaseOfExactlyOneTurnStaysAsInThePlainForm) {
+    audio.ambientPhaseA = aStepBeforeTheTurn(0.010471976f);
+    audio.ambientPhaseB = aStepBeforeTheTurn(0.015707964f);
+    audio.voices[0] = {.active = 1,
+                       .duration = 1.0f,
+                       .freqStart = 440.0f,
+                       .freqEnd = 440.0f,
+                       .gain = 1.0f,
+                       .phase = aStepBeforeTheTurn(440.0f * TWO_PI * FRAME_TIME)};
+    AudioEngine plain = audio;
+    compareBuffer(audio, plain, 1);
+    EXPECT_EQ(audio.ambientPhaseA, TWO_PI);
+    EXPECT_EQ(audio.ambientPhaseB, TWO_PI);
+    EXPECT_EQ(audio.voices[0].phase, TWO_PI);
 }
 
 // --- Memory

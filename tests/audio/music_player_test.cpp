@@ -81,8 +81,17 @@ TEST_F(MusicPlayerTest, AFreshPlayerIsOffAndSilent) {
     load({noiseFrames(NOISE, 20)});
     EXPECT_EQ(player.mode, MUSIC_OFF);
     EXPECT_FALSE(player.active);
+    EXPECT_EQ(MusicTrack().size + MusicTrack().start, 0u);
+    EXPECT_EQ(player.trackIndex, 0u);
+    EXPECT_EQ(player.openCount, 0u);
+    EXPECT_EQ(player.filePos, 0u);
+    EXPECT_EQ(player.readFrame, 0u);
+    EXPECT_EQ(player.readFrac, 0.0);
     EXPECT_EQ(player.step, 1.0);
+    EXPECT_EQ(player.fadeClock, 0.0f);
     EXPECT_TRUE(silent(mix(1000)));
+    EXPECT_TRUE(musicOpen(player, 0));
+    EXPECT_TRUE(silent(mix(1000))); // it is still off
 }
 
 TEST_F(MusicPlayerTest, AModeStartsTheFirstTrack) {
@@ -148,6 +157,13 @@ TEST_F(MusicPlayerTest, OpeningResetsTheStream) {
     EXPECT_EQ(player.fadeClock, 0.0f);
     EXPECT_EQ(player.pcm.size(), 2u * 384);
     EXPECT_EQ(player.filePos, frameSize({.layer = 1, .rateIndex = 1}));
+    EXPECT_NE(player.step, 1.0);
+
+    load({RUBBISH});
+    EXPECT_FALSE(musicOpen(player, 0));
+    EXPECT_EQ(player.step, 1.0); // until a frame has been decoded
+    EXPECT_EQ(player.pcm.size(), 0u);
+    EXPECT_EQ(player.filePos, RUBBISH.size());
 }
 
 TEST_F(MusicPlayerTest, UnplayableTracksAreSkippedRoundAndRound) {

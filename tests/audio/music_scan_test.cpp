@@ -2,6 +2,7 @@
 
 #include "allocation_count.h"
 #include "audio/tracks.h"
+#include "maintenance/ordinary_user.h"
 #include "temp_dir.h"
 
 #include <gtest/gtest.h>
@@ -119,6 +120,25 @@ TEST_F(MusicScanTest, AFolderEndsTheList) {
 }
 
 #ifndef _WIN32
+TEST_F(MusicScanTest, AFileThatMayNotBeReadEndsTheList) {
+    for (const int number : {1, 2, 3}) write(number, "track");
+    std::filesystem::permissions(dir.file("music2.mp3"), std::filesystem::perms::none);
+    const OrdinaryUser user;
+    EXPECT_TRUE(scan());
+    EXPECT_EQ(player.tracks.size(), 1u);
+}
+
+TEST_F(MusicScanTest, NoFileStaysOpen) {
+    for (const int number : {1, 2, 3}) write(number, "track");
+    const auto openFiles = [] {
+        const std::filesystem::directory_iterator all("/proc/self/fd");
+        return std::distance(begin(all), end(all));
+    };
+    const auto before = openFiles();
+    EXPECT_TRUE(scan());
+    EXPECT_EQ(openFiles(), before);
+}
+
 TEST_F(MusicScanTest, PipesDevicesAndLinksToNowhereEndTheList) {
     write(1, "one");
     write(3, "three");
@@ -127,7 +147,8 @@ TEST_F(MusicScanTest, PipesDevicesAndLinksToNowhereEndTheList) {
     EXPECT_TRUE(scan());
     EXPECT_EQ(player.tracks.size(), 1u);
 
-    for (const char* target : {"/dev/zero", "/nonexistent", "music2.mp3"}) {
+    const char* shorterThanItSays = "/sys/kernel/uevent_seqnum";
+    for (const char* target : {"/dev/zero", "/nonexistent", "music2.mp3", shorterThanItSays}) {
         std::filesystem::remove(path);
         std::filesystem::create_symlink(target, path);
         EXPECT_TRUE(scan());
@@ -152,6 +173,20 @@ TEST_F(MusicScanTest, AFileBeyondWhatTheDecoderCanCountEndsTheList) {
     std::filesystem::resize_file(dir.file("music2.mp3"), 0x7FFFFFFF); // takes no room on the disk
     EXPECT_TRUE(scan());
     EXPECT_EQ(player.tracks.size(), 1u);
+}
+
+TEST_F(MusicScanTest, MemoryIsAskedForUpToWhatTheDecoderCanCount) {
+    write(1, "");
+    const auto requests = [&](uint64_t size) {
+        std::filesystem::resize_file(dir.file("music1.mp3"), size);
+        const LittleMemory memory(2000000);
+        const uint64_t before = allocationCount();
+        EXPECT_FALSE(scan());
+        return allocationCount() - before;
+    };
+    requests(0x7FFFFFFF);
+    const uint64_t longest = 0x7FFFFFFF - 64;
+    EXPECT_EQ(requests(longest), requests(longest + 1) + 1);
 }
 
 // --- Where a track begins to be heard
@@ -192,6 +227,27 @@ TEST_F(MusicStartTest, LiesNotFarBeforeTheFirstSound) {
     EXPECT_LE(player.tracks[0].start, RUBBISH.size() + 3);
     EXPECT_GT(player.tracks[0].start, RUBBISH.size() - 5000);
     EXPECT_EQ(player.tracks[1].start, 0u);
+}
+
+TEST_F(MusicStartTest, LiesALongestFrameBeforeTheEndOfTheFirstSound) {
+    const size_t frame = frameSize({.layer = 1});
+    for (const size_t end : {4095, 4096, 4097, 50000}) {
+        const Bytes file = joined({Bytes(end - frame, 0x55), MUSIC});
+        write(1, {file.begin(), file.end()});
+        scan();
+        EXPECT_EQ(player.tracks[0].start, end <= 4096 ? 0 : end - 4096);
+    }
+}
+
+TEST_F(MusicStartTest, LiesBehindFramesThatCannotBeDecoded) {
+    const FrameHeader shortest = {.bitrateIndex = 1};
+    Bytes broken = headerBytes(shortest);
+    broken.resize(frameSize(shortest), 0x7E);
+    const Bytes many = joined(std::vector<Bytes>(300, broken));
+    const Bytes file = joined({many, MUSIC});
+    expectTheSameSound(file, "broken frames");
+    EXPECT_LE(player.tracks[0].start, many.size());
+    EXPECT_GT(player.tracks[0].start, many.size() - 4096);
 }
 
 TEST_F(MusicStartTest, IsTheEndWhereNothingIsToBeHeard) {

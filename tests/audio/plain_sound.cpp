@@ -9,6 +9,55 @@ static constexpr float TURN = 6.2831855f;
 static uint32_t step(uint32_t& state) { return state = state * 1664525u + 1013904223u; }
 static float unit(uint32_t state) { return static_cast<float>(state >> 8) / 16777215.0f; }
 
+// A voice in each row; an effect has one to three.
+struct PlainRow {
+    int effect;
+    int kind;
+    int wave;
+    float freqStart;
+    float freqEnd;
+    float duration;
+    float gain;
+    float delay;
+};
+
+static constexpr PlainRow EFFECTS[] = {
+    {0, 0, 0, 1400, 1100, 0.05f, 0.3f, 0}, // click
+    {1, 1, 0, 160, 70, 0.18f, 0.55f, 0},   // build
+    {1, 2, 2, 0, 0, 0.08f, 0.2f, 0},
+    {2, 2, 2, 0, 0, 0.3f, 0.45f, 0}, // demolish
+    {2, 1, 0, 120, 60, 0.25f, 0.25f, 0},
+    {3, 0, 0, 1046, 1046, 0.08f, 0.3f, 0}, // chime
+    {3, 0, 0, 1568, 1568, 0.16f, 0.25f, 0.08f},
+    {4, 3, 1, 180, 150, 0.16f, 0.22f, 0}, // refused
+    {5, 0, 0, 523, 523, 0.14f, 0.28f, 0}, // mission
+    {5, 0, 0, 659, 659, 0.14f, 0.28f, 0.14f},
+    {5, 0, 0, 784, 784, 0.3f, 0.28f, 0.28f},
+    {6, 4, 0, 880, 880, 1.6f, 0.2f, 0}, // day bell
+    {6, 4, 0, 1320, 1320, 1.2f, 0.08f, 0},
+};
+
+static void startPlainVoice(AudioEngine& audio, const PlainRow& row) {
+    for (Voice& voice : audio.voices) {
+        if (voice.active) continue;
+        voice = {.active = 1,
+                 .kind = static_cast<VoiceKind>(row.kind),
+                 .wave = static_cast<VoiceWave>(row.wave),
+                 .delay = row.delay,
+                 .duration = row.duration,
+                 .freqStart = row.freqStart,
+                 .freqEnd = row.freqEnd,
+                 .gain = row.gain,
+                 .noiseState = static_cast<uint32_t>(unit(step(audio.rng)) * 100000.0f) + 7};
+        return;
+    }
+}
+
+void plainStartEffect(AudioEngine& audio, int effect) {
+    for (const PlainRow& row : EFFECTS)
+        if (row.effect == effect) startPlainVoice(audio, row);
+}
+
 static float rawSample(Voice& voice) {
     if (voice.wave == WAVE_SQUARE) return std::sin(voice.phase) < 0.0f ? -1.0f : 1.0f;
     if (voice.wave == WAVE_NOISE)

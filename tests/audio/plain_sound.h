@@ -4,4 +4,5 @@
 
 #include "audio/audio_engine.h"
 
+void plainStartEffect(AudioEngine& audio, int effect);
 void plainRender(AudioEngine& audio, float* stereo, int frames);

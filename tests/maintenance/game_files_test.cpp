@@ -31,6 +31,8 @@ TEST(GameFiles, HaveNameSizeAndTime) {
     EXPECT_EQ(files[0].name, "a.bin");
     EXPECT_EQ(files[0].size, 12345);
     EXPECT_EQ(files[0].modified, 1000000);
+    EXPECT_EQ(GameFile().size, 0);
+    EXPECT_EQ(GameFile().modified, 0);
 }
 
 TEST(GameFiles, AreSortedByTheBytesOfTheirNames) {
@@ -132,6 +134,32 @@ TEST(GameFiles, NamesAreShownAsUtf8WhateverTheirBytes) {
                 ElementsAre("1" + mark, "2" + mark, "3" + mark + mark, "4" + mark + mark + mark,
                             "5" + mark + mark + mark + mark, "6" + mark + mark, "7" + mark + mark + mark,
                             "8" + mark + "z", good));
+}
+
+TEST(GameFiles, AtTheEdgesOfUtf8NamesAreShownAsTheyAre) {
+    const std::string mark = "\xef\xbf\xbd";
+    const auto shown = [](const std::string& name) {
+        const TempDir dir;
+        writeText(dir.file(name), "");
+        return names(dir.path.string()).at(0);
+    };
+    for (const char* name :
+         {"\x01", "\x7f", "\xc2\x80", "\xdf\xbf", "\xe0\xa0\x80", "\xe1\x80\x80", "\xec\xbf\xbf",
+          "\xed\x80\x80", "\xed\x9f\xbf", "\xee\x80\x80", "\xef\xbf\xbf", "\xf0\x90\x80\x80",
+          "\xf0\xbf\xbf\xbf", "\xf1\x80\x80\x80", "\xf3\xbf\xbf\xbf", "\xf4\x80\x80\x80", "\xf4\x8f\xbf\xbf"})
+        EXPECT_EQ(shown(name), name);
+    // Each of these bytes is one too small or too large for its place.
+    for (const char* name :
+         {"\x80", "\xbf", "\xc1\xbf", "\xc2\xc0", "\xdf\xc0", "\xe0\x9f\xbf", "\xe1\x80\xc0", "\xed\xa0\x80",
+          "\xee\xc0\x80", "\xf0\x8f\xbf\xbf", "\xf1\x80\x80\xc0", "\xf1\x80\xc0\x80", "\xf4\x90\x80\x80",
+          "\xf5\x80\x80\x80", "\xff"}) {
+        std::string marks;
+        for (size_t i = 0; i < std::string(name).size(); i++) marks += mark;
+        EXPECT_EQ(shown(name), marks) << name;
+    }
+    EXPECT_EQ(shown("\xc2\x7f"), mark + "\x7f");
+    EXPECT_EQ(shown("\xe1\x80\x7f"), mark + mark + "\x7f");
+    EXPECT_EQ(shown("\xf1\x80\x80\x7f"), mark + mark + mark + "\x7f");
 }
 
 TEST(GameFiles, AFileWithANameThatIsNoTextHasItsSize) {

@@ -5,6 +5,11 @@
 #include "maintenance/http_fixture.h"
 #include "maintenance/ordinary_user.h"
 
+#include <arpa/inet.h>
+#include <malloc.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 using testing::HasSubstr;
 using testing::Not;
 
@@ -67,13 +72,23 @@ TEST_F(SecureHttp, WhoSpeaksNoTlsIsNoAnswer) {
     EXPECT_FALSE(get(url.insert(4, "s"), trusting).ok);
 }
 
+TEST_F(SecureHttp, WhatAProxySaysIsNotTheAnswer) {
+    setVariable("https_proxy", server.url(""));
+    EXPECT_EQ(get(server.secureUrl("/body/3"), trusting).body, "xxx");
+    EXPECT_FALSE(get(server.secureUrl("/status/404"), trusting).ok);
+    unsetVariable("https_proxy");
+    EXPECT_THAT(server.requests(), HasSubstr("CONNECT 127.0.0.1:"));
+}
+
 // --- Broken answers
 
 TEST_F(Http, AnAnswerShorterThanPromisedIsNone) {
     EXPECT_FALSE(get(server.url("/cut")).ok);
     EXPECT_FALSE(get(server.url("/chunks")).ok);
-    EXPECT_FALSE(httpFetch(server.url("/cut"), nullptr, path));
-    EXPECT_FALSE(fileExists(path));
+    for (const char* odd : {"/cut", "/short/1", "/short/20000", "/chunks"}) {
+        EXPECT_FALSE(httpFetch(server.url(odd), nullptr, path)) << odd;
+        EXPECT_FALSE(fileExists(path)) << odd;
+    }
 }
 
 TEST_F(Http, AnAnswerEndsWhereItsLengthSays) {
@@ -81,9 +96,26 @@ TEST_F(Http, AnAnswerEndsWhereItsLengthSays) {
     EXPECT_EQ(get(server.url("/unbounded")).body, "hello");
 }
 
+TEST_F(Http, LinesMayEndWithoutACarriageReturn) {
+    EXPECT_EQ(get(server.url("/bare/200")).body, "xxx");
+    EXPECT_FALSE(get(server.url("/bare/404")).ok);
+    EXPECT_FALSE(httpFetch(server.url("/bare/200"), nullptr, dir.file("missing/fetched")));
+}
+
+TEST_F(Http, SingleBytesEndAtTheLimitToo) {
+    HttpOptions small;
+    small.fileLimit = 4;
+    EXPECT_EQ(get(server.url("/trickle/4"), small).body, "xxxx");
+    EXPECT_FALSE(get(server.url("/trickle/5"), small).ok);
+}
+
 TEST_F(Http, WhatIsNoHttpIsNoAnswer) { EXPECT_FALSE(get(server.url("/noise")).ok); }
 
-TEST_F(Http, AHeaderWithoutEndIsNoAnswer) { EXPECT_FALSE(get(server.url("/headers")).ok); }
+TEST_F(Http, AHeaderHasAtMost256Kilobytes) {
+    EXPECT_EQ(get(server.url("/header/262144")).body, "xxx");
+    EXPECT_FALSE(get(server.url("/header/262145")).ok);
+    EXPECT_FALSE(get(server.url("/headers")).ok); // without end
+}
 
 // --- Waiting
 
@@ -98,6 +130,12 @@ TEST_F(Http, SilenceEndsTheWait) {
     }
 }
 
+TEST_F(Http, AHeaderMayBeSlowToo) {
+    HttpOptions impatient;
+    impatient.timeoutMs = 2000;
+    EXPECT_TRUE(get(server.url("/drip_head/40"), impatient).ok);
+}
+
 TEST_F(Http, AHeaderThatDripsIsLeftWhenTheTimeIsUp) {
     HttpOptions hurried;
     hurried.totalMs = 1500;
@@ -106,7 +144,49 @@ TEST_F(Http, AHeaderThatDripsIsLeftWhenTheTimeIsUp) {
     EXPECT_FALSE(ok);
 }
 
+// A port of this machine where nobody is let in: the queue in front of it is full.
+struct FullQueue {
+    std::vector<int> sockets;
+    int port = 0;
+
+    FullQueue() {
+        sockaddr_in address = {};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof address;
+        auto* const any = reinterpret_cast<sockaddr*>(&address);
+        sockets.push_back(socket(AF_INET, SOCK_STREAM, 0));
+        bind(sockets[0], any, size);
+        listen(sockets[0], 0);
+        getsockname(sockets[0], any, &size);
+        port = ntohs(address.sin_port);
+        for (int i = 0; i < 4; i++) {
+            sockets.push_back(socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0));
+            [[maybe_unused]] const int under_way = connect(sockets.back(), any, size);
+        }
+    }
+    ~FullQueue() {
+        for (const int socket : sockets) close(socket);
+    }
+    FullQueue(const FullQueue&) = delete;
+    FullQueue& operator=(const FullQueue&) = delete;
+};
+
+TEST_F(Http, ADoorThatStaysShutIsLeftWhenTheTimeIsUp) {
+    const FullQueue queue;
+    HttpOptions impatient;
+    impatient.timeoutMs = 300;
+    impatient.totalMs = 20000;
+    bool ok = true;
+    const double waited =
+        seconds([&] { ok = get("http://127.0.0.1:" + std::to_string(queue.port) + "/", impatient).ok; });
+    EXPECT_FALSE(ok);
+    EXPECT_GE(waited, 0.2);
+    EXPECT_LT(waited, 10.0);
+}
+
 TEST_F(Http, TheGameWaitsTenSeconds) {
+    EXPECT_EQ(HttpOptions().timeoutMs, 10000);
     bool ok = true;
     const double waited = seconds([&] { ok = get(server.url("/silence")).ok; });
     EXPECT_FALSE(ok);
@@ -124,6 +204,14 @@ TEST_F(Http, GoesThroughTheProxyOfTheSystem) {
     EXPECT_EQ(get(server.url("/body/3")).body, "xxx");
     unsetVariable("http_proxy");
     unsetVariable("no_proxy");
+}
+
+TEST_F(Http, AnAddressThatIsRefusedLeavesNothingInMemory) {
+    const std::string url = "ftp://somewhere.invalid/" + std::string(1000, 'x');
+    EXPECT_FALSE(get(url).ok); // the library is loaded now
+    const size_t before = mallinfo2().uordblks;
+    for (int i = 0; i < 100; i++) EXPECT_FALSE(get(url).ok);
+    EXPECT_LT(mallinfo2().uordblks, before + 20000);
 }
 
 // --- Files that cannot be written

@@ -91,6 +91,9 @@ TEST_F(Http, AFileMayBeLongerThanATextUpToItsOwnLimit) {
     EXPECT_EQ(std::filesystem::file_size(path), 100000u);
     EXPECT_FALSE(httpFetch(server.url("/body/100001"), nullptr, path, options));
     EXPECT_FALSE(fileExists(path));
+    options.fileLimit = 100; // is one for texts too
+    EXPECT_TRUE(get(server.url("/body/100"), options).ok);
+    EXPECT_FALSE(get(server.url("/body/101"), options).ok);
 }
 
 // --- Redirections

@@ -74,7 +74,9 @@ TEST(Manifest, VersionAndDateMayBeAbsentAndAreThenEmpty) {
 TEST(Manifest, TheHashHas64HexadecimalDigitsInEitherCase) {
     UpdateManifest m;
     EXPECT_TRUE(parseManifest(manifestText(std::string(64, 'F'), "a"), m));
-    EXPECT_TRUE(parseManifest(manifestText(std::string(64, 'a'), "a"), m));
+    EXPECT_TRUE(parseManifest(manifestText("0123456789abcdefABCDEF" + std::string(42, 'a'), "a"), m));
+    for (const char beside : {'/', ':', '@', 'G', '`', 'g'}) // what counts, in the order of the bytes
+        EXPECT_FALSE(parseManifest(manifestText(HASH.substr(1) + beside, "a"), m)) << beside;
     for (const std::string& hash :
          {std::string(63, '0'), std::string(65, '0'), std::string(), HASH.substr(1) + "g",
           HASH.substr(1) + " ", "0x" + HASH.substr(2), "-" + HASH.substr(1), HASH.substr(1) + "\xc3"})

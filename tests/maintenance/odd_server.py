@@ -20,6 +20,14 @@ LOG_LOCK = threading.Lock()
 ports = {}
 
 
+def hand_on(source, target):
+    try:
+        while data := source.recv(65536):
+            target.sendall(data)
+    except OSError:
+        pass  # one side has left
+
+
 class Handler(http.server.SimpleHTTPRequestHandler):
     def __init__(self, *arguments):
         super().__init__(*arguments, directory=os.path.join(FOLDER, "www"))
@@ -41,6 +49,17 @@ class Handler(http.server.SimpleHTTPRequestHandler):
             self.wfile.flush()
         except (BrokenPipeError, ConnectionResetError, ssl.SSLError):
             pass  # the other side has had enough
+        self.close_connection = True
+
+    def do_CONNECT(self):
+        """As a proxy: what comes from one side goes to the other."""
+        with LOG_LOCK, open(os.path.join(FOLDER, "requests"), "a") as log:
+            log.write(self.requestline + "\n\n")
+        host, _, port = self.path.partition(":")
+        self.wfile.write(b"HTTP/1.1 200 Connection established\r\nX-Proxy: yes\r\n\r\n")
+        with socket.create_connection((host, int(port))) as other:
+            threading.Thread(target=hand_on, args=(other, self.connection), daemon=True).start()
+            hand_on(self.connection, other)
         self.close_connection = True
 
     def wait_for_leave(self):
@@ -97,6 +116,11 @@ class Handler(http.server.SimpleHTTPRequestHandler):
         self.head(200, Content_Length=1000)
         self.wfile.write(b"x" * 500)
 
+    def odd_short(self, size):
+        """A byte less than promised."""
+        self.head(200, Content_Length=size)
+        self.wfile.write(b"x" * (int(size) - 1))
+
     def odd_long(self, _):
         """More than promised."""
         self.head(200, Content_Length=10)
@@ -127,12 +151,34 @@ class Handler(http.server.SimpleHTTPRequestHandler):
         while True:
             self.wfile.write(b"x" * 65536)
 
+    def odd_trickle(self, count):
+        """So many bytes, each alone, and no length."""
+        self.head(200)
+        for _ in range(int(count)):
+            self.wfile.write(b"x")
+            self.wfile.flush()
+            time.sleep(0.05)
+
     def odd_headers(self, _):
         """Header lines without end."""
         self.send_response(200)
         self.flush_headers()
         while True:
             self.wfile.write(b"X-More: " + b"x" * 1000 + b"\r\n")
+
+    def odd_header(self, size):
+        """A header of so many bytes in all."""
+        self.wfile.write(b"HTTP/1.1 200 OK\r\nContent-Length: 3\r\n")
+        left = int(size) - 38  # without these two lines and the empty one
+        while left > 0:
+            line = left if left < 2000 else 1000
+            self.wfile.write(b"X-More: " + b"x" * (line - 10) + b"\r\n")
+            left -= line
+        self.wfile.write(b"\r\nxxx")
+
+    def odd_bare(self, status):
+        """Lines that end without a carriage return."""
+        self.wfile.write(b"HTTP/1.1 " + status.encode() + b" Some\nContent-Length: 3\n\nxxx")
 
     def odd_leave(self, _):
         """Hangs up in the middle, at the level of the wire."""

@@ -9,16 +9,32 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <chrono>
 #include <functional>
 #include <thread>
 
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <malloc.h>
+#include <spawn.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace fs = std::filesystem;
 using testing::HasSubstr;
+
+static bool noProgramStarts = false;
+
+// Found before the system's own, which it hands on to.
+extern "C" int posix_spawnp(pid_t* child, const char* file, const posix_spawn_file_actions_t* actions,
+                            const posix_spawnattr_t* attributes, char* const arguments[],
+                            char* const environment[]) {
+    if (noProgramStarts) return EAGAIN;
+    static const auto original = reinterpret_cast<decltype(&posix_spawnp)>(dlsym(RTLD_NEXT, "posix_spawnp"));
+    return original(child, file, actions, attributes, arguments, environment);
+}
 
 // Waits for a program that has been started to write it.
 static std::string textOnceWritten(const std::string& path) {
@@ -164,6 +180,53 @@ TEST_F(Platform, AStartedProgramIsInASessionOfItsOwnWithoutOurFiles) {
     EXPECT_THAT(text, HasSubstr("/dev/null"));
 }
 
+// Stands in for the streams that a program inherits.
+struct OurStreams {
+    int before[3];
+
+    explicit OurStreams(const std::string& path) {
+        const int file = open(path.c_str(), O_RDWR | O_CREAT, 0600);
+        for (int i = 0; i < 3; i++) {
+            before[i] = dup(i);
+            dup2(file, i);
+        }
+        close(file);
+    }
+    ~OurStreams() {
+        for (int i = 0; i < 3; i++) {
+            dup2(before[i], i);
+            close(before[i]);
+        }
+    }
+    OurStreams(const OurStreams&) = delete;
+    OurStreams& operator=(const OurStreams&) = delete;
+};
+
+TEST_F(Platform, OnlyAHiddenProgramIsWithoutOutputAndNoneHasOurInput) {
+    writeText(dir.file("p"), "#!/bin/sh\ncd " + dir.path.string() +
+                                 "\ntext=$(readlink /proc/$$/fd/0 /proc/$$/fd/1 /proc/$$/fd/2)\n"
+                                 "echo \"$text\" >new\nmv new done\n");
+    for (const bool hidden : {true, false}) {
+        fs::remove(dir.file("done"));
+        {
+            const OurStreams streams(dir.file("ours"));
+            shellOpen(dir.file("p"), hidden);
+        }
+        const std::string output = hidden ? "/dev/null\n" : dir.file("ours") + "\n";
+        EXPECT_EQ(written(), "/dev/null\n" + output + output);
+    }
+}
+
+TEST_F(Platform, AProgramThatCannotStartLeavesNothingInMemory) {
+    const std::string path = program("p", "echo");
+    noProgramStarts = true;
+    EXPECT_FALSE(shellOpen(path, true));
+    const size_t before = mallinfo2().uordblks;
+    for (int i = 0; i < 200; i++) EXPECT_FALSE(shellOpen(path, true));
+    EXPECT_LT(mallinfo2().uordblks, before + 20000);
+    noProgramStarts = false;
+}
+
 TEST_F(Platform, AProgramThatHasEndedLeavesNothingBehind) {
     ASSERT_TRUE(shellOpen(program("p", "echo"), false));
     written();
@@ -185,6 +248,20 @@ TEST_F(Platform, AFolderIsShownByTheDesktopsOwnBrowser) {
     EXPECT_FALSE(shellOpen(dir.path.string(), false));
     setenv("PATH", before.c_str(), 1);
 }
+
+// --- Removal
+
+TEST_F(TemporaryFiles, ARemovalThatCannotStartLeavesTheGameAndNoScript) {
+    fs::create_directory(dir.path / "Orlavane");
+    writeText(dir.file("Orlavane/music1.mp3"), "la");
+    noProgramStarts = true;
+    EXPECT_FALSE(startRemoval(dir.file("Orlavane/")));
+    noProgramStarts = false;
+    EXPECT_TRUE(fs::is_empty(fs::path(temporaryPath("a")).parent_path()));
+    EXPECT_EQ(readText(dir.file("Orlavane/music1.mp3")), "la");
+}
+
+// --- New files
 
 TEST_F(Platform, ANewFileTakesThePlaceOfAnEarlierOneAndOfNothingElse) {
     writeText(dir.file("mine"), "precious");

@@ -1,5 +1,6 @@
 #include "maintenance/sha256.h"
 
+#include "maintenance/ordinary_user.h"
 #include "temp_dir.h"
 
 #include <gtest/gtest.h>
@@ -56,6 +57,16 @@ TEST(Sha256, ALinkInACircleHasNone) {
     std::string hash = "before";
     std::filesystem::create_symlink("circle", dir.path / "circle");
     EXPECT_FALSE(sha256File(dir.file("circle"), hash));
+    EXPECT_EQ(hash, "before");
+}
+
+TEST(Sha256, AFileThatMayNotBeReadHasNone) {
+    const TempDir dir;
+    writeText(dir.file("a"), "abc");
+    std::filesystem::permissions(dir.file("a"), std::filesystem::perms::none);
+    std::string hash = "before";
+    const OrdinaryUser user;
+    EXPECT_FALSE(sha256File(dir.file("a"), hash));
     EXPECT_EQ(hash, "before");
 }
 
