@@ -196,17 +196,29 @@ FunctionEnd
     !insertmacro SAY "${entry}: $(DONE)"
 !macroend
 
-Function Unpack
-    !insertmacro RETURN_AFTER_FAILURE
+Function UnpackFiles
     SetOverwrite try ; a file that cannot be opened is a failure of ours and no question of the engine's
     !insertmacro UNPACK
-    SetOutPath $TEMP
     !insertmacro BEGIN_ENTRY "${LEFT_BEHIND}"
-    System::Call 'kernel32::CopyFileW(w "$EXEPATH", w "$INSTDIR\${NEW}\${LEFT_BEHIND}", i 0) i .r0'
+    System::Call 'kernel32::CopyFileW(w "$EXEPATH", w "$INSTDIR\${NEW}\${LEFT_BEHIND}", i 0) i .r0 ?e'
+    Pop $1
     ${If} $0 = 0
+        ${If} $1 = 112 ; ERROR_DISK_FULL
+            Abort
+        ${EndIf}
         SetErrors
     ${EndIf}
     !insertmacro END_ENTRY "${LEFT_BEHIND}"
+FunctionEnd
+
+Function Unpack
+    !insertmacro RETURN_AFTER_FAILURE
+    GetFunctionAddress $0 UnpackFiles
+    attempt::Call $0
+    ${If} ${Errors} ; the engine has ended it, because a file could not be written to its end.
+        !insertmacro FAIL ${NO_ROOM} "$(DISK_FULL)"
+    ${EndIf}
+    SetOutPath $TEMP
 FunctionEnd
 
 ; Nobody can write to the file of a program that runs.
