@@ -169,6 +169,21 @@ FunctionEnd
 
 Function MarkWindow
     System::Call 'user32::SetPropW(p $HWNDPARENT, w "${WINDOW_MARK}", p 1)'
+    Call ShowIcon
+FunctionEnd
+
+; In a window that runs from right to left the icon beside the titles has no width.
+Function ShowIcon
+    ${If} $(^RTL) = 0
+        Return
+    ${EndIf}
+    GetDlgItem $0 $HWNDPARENT 1039
+    System::Call 'user32::GetWindowRect(p r0, @ r1)'
+    System::Call 'user32::MapWindowPoints(p 0, p $HWNDPARENT, p r1, i 1)'
+    System::Call '*$1(i .r2, i .r3)'
+    System::Call 'user32::GetSystemMetrics(i 11) i .r4' ; SM_CXICON
+    IntOp $2 $2 - $4
+    System::Call 'user32::MoveWindow(p r0, i r2, i r3, i r4, i r4, i 1)'
 FunctionEnd
 
 ; Leaves the player with the set-up program that runs already.

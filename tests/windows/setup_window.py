@@ -19,11 +19,11 @@ USUAL_FOLDER = os.path.join(WINE_PROFILE, "AppData/Local/Programs/Orlavane")
 DONE, GONE, DAMAGED, ANOTHER_RUNS, NO_SUCH_FOLDER, NO_ROOM, GAME_RUNS, NOT_WRITTEN = 0, 1, 2, 3, 4, 5, 6, 7
 
 # In the window, with English words. Negative numbers are from its right or lower edge.
-NEXT, CANCEL, BACK = (-136, -26), (-50, -26), (-211, -26)
-TERMS = (30, 336)
-FOLDER = (240, 118)
-DESKTOP_BOX, MENU_BOX = (30, 238), (30, 268)
-START_BOX = (184, 234)
+NEXT, CANCEL, BACK = (-158, -23), (-57, -23), (-244, -23)
+TERMS = (32, 291)
+FOLDER = (240, 103)
+DESKTOP_BOX, MENU_BOX = (33, 206), (33, 232)
+START_BOX = (216, 202)
 
 
 def pack(program, version, setup):
