@@ -8,7 +8,7 @@
 !define NEW "Orlavane-setup-new"
 !define OLD "Orlavane-setup-old"
 
-; EACH_ENTRY (for all but the program and the copy of this one), UNPACK and BYTES_NEEDED
+; EACH_ENTRY (for all but the program and the copy of this one), UNPACK, ENTRY_STEP and BYTES_NEEDED
 !include "${WORK}/files.nsh"
 
 Var WithDesktopLink
@@ -194,6 +194,8 @@ FunctionEnd
         Return
     ${EndIf}
     !insertmacro SAY "${entry}: $(DONE)"
+    ; The engine moves its bar, which is 30000 long, at the end of the section alone.
+    SendMessage $mui.InstFilesPage.ProgressBar 0x0403 ${ENTRY_STEP} 0 ; PBM_DELTAPOS
 !macroend
 
 Function UnpackFiles

@@ -105,6 +105,11 @@ static BOOL CALLBACK measureControl(HWND control, LPARAM data) {
     const SIZE room = {box.right, box.bottom};
     if (kind == WC_LISTVIEWW && look.number) measureLine(look.report, control, room, look.words.c_str());
     if (kind == WC_LISTVIEWW && !look.number) measureList(look.report, control, room);
+    if (kind == PROGRESS_CLASSW && !look.number) {
+        const auto length = static_cast<LONG>(SendMessageW(control, PBM_GETRANGE, FALSE, 0));
+        const auto place = static_cast<LONG>(SendMessageW(control, PBM_GETPOS, 0, 0));
+        writeLine(look.report, control, L"Bar", {length, 0}, {place, 0}, L"");
+    }
     const LONG_PTR type = GetWindowLongPtrW(control, GWL_STYLE) & SS_TYPEMASK;
     const bool isPicture = kind == L"Static" && (type == SS_ICON || type == SS_BITMAP);
     if (isPicture || (kind != L"Static" && kind != L"Button")) return TRUE;

@@ -70,6 +70,8 @@ class SetupRows(WindowsTest):
         self.eyes.ask("press", NEXT)
         waiting = self.eyes.wait_for(
             lambda found: any(words["WAITING"] in line.words for line in found if line.kind == "Line"), "no waiting")
+        bar, = (control for control in waiting if control.kind == "Bar")
+        self.assertGreater(bar.needed_width, 0.9 * bar.width, "all files are unpacked")
         for name in LINES:
             waiting += self.eyes.ask("fit", LIST, words[name])
         failure = self.eyes.wait_for_words(words["CLOSE_GAME"])

@@ -3091,7 +3091,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* zh */ "安装",
     /* ja */ "インストール",
     /* ar */ "تثبيت",
-    /* hi */ "इंस्टॉल",
+    /* hi */ "इंस्टॉल करें",
     // 205 STR_SETUP_COPYING_FILES
     /* en */ "Copying files",
     /* pl */ "Kopiowanie plików",
@@ -3574,7 +3574,7 @@ const char* const stringTable[STRING_COUNT * LANGUAGE_COUNT] = {
     /* zh */ "如果游戏正在运行，请先将其关闭，点击“返回”，然后再次点击“安装”。",
     /* ja */ "ゲームが起動している場合は終了し、「戻る」を押してから、もう一度「インストール」を押してください。",
     /* ar */ "إذا كانت اللعبة قيد التشغيل فأغلقها، ثم اضغط \"رجوع\"، ثم \"تثبيت\" من جديد.",
-    /* hi */ "अगर गेम चल रहा है तो उसे बंद करें, ‘वापस’ दबाएँ और फिर से ‘इंस्टॉल’ दबाएँ।",
+    /* hi */ "अगर गेम चल रहा है तो उसे बंद करें, ‘वापस’ दबाएँ और फिर से ‘इंस्टॉल करें’ दबाएँ।",
     // --- Launcher and updates
     // 237 STR_VERSION_NAME
     /* en */ "Version %s",
