@@ -1,11 +1,10 @@
 // Looks at the set-up program's window and presses its buttons, as its standard input says:
-//   look              writes a line for each control that is seen, and for the title: number, whether it can
-//   be
-//                     pressed, width and height that it has and that its words need, class, words; of a bar
-//                     its length and how far it is
+//   look              writes a line for the title and for each control that is seen: number, whether it
+//                     can be pressed, width and height that it has and that its words need, class, words;
+//                     of a bar its length and how far it is
 //   press NUMBER      presses a button or checks a box
 //   write NUMBER TEXT sets the text of a control
-//   fit NUMBER TEXT   measures that text, in a control that shows another
+//   fit NUMBER TEXT   measures that text in a control that shows another
 // Each answer ends with an empty line. Without a window there is nothing but that.
 #include "windows/measure_window.h"
 
