@@ -380,10 +380,10 @@ class Failures(SetupTest):
         self.assertEqual(self.links(), [w.MENU_LINK])
 
     def test_a_disk_that_fills_up_is_told_and_back_leads_on(self):
-        """It says that it has room, and what stands on it leaves none: first for the files, and then for the copy of
-        the set-up program, which comes last."""
+        """The temporary folder's, too. It says that it has room, and what stands on it leaves none: first for the
+        files, and then for the copy of the set-up program, which comes last."""
         whole = sum(len(data) + 4096 for data in self.wanted[self.next].values() if data) // 1024
-        disk = self.small_disk(2 * whole)
+        disk = self.small_disk(3 * whole)
         self.use_temp(os.path.join(disk, "temp"))
         ballast = os.path.join(disk, "ballast")
         with Eyes(self.screen) as eyes, \
@@ -392,7 +392,8 @@ class Failures(SetupTest):
             setup.click(w.FOLDER)
             setup.type(windows_path(disk))
             for missing, name in ((whole // 2, "SDL2.dll"), (100, w.OWN_NAME)):
-                subprocess.run(["fallocate", "-l", f"{whole + missing}k", ballast], check=True)
+                filled = shutil.disk_usage(disk).free // 1024 - (whole - missing)
+                subprocess.run(["fallocate", "-l", f"{filled}k", ballast], check=True)
                 setup.click(w.NEXT)
                 eyes.wait_for_words(f"The disk is full or not writable while copying {name}.")
                 self.assertEqual(sorted(os.listdir(disk)), ["ballast", "temp"])
