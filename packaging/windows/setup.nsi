@@ -22,7 +22,7 @@ RequestExecutionLevel user
 ManifestDPIAware true
 ManifestLongPathAware true
 ManifestSupportedOS Win10
-SetCompressor lzma ; each file by itself: the unpacking of all as one could not begin again after a failure
+SetCompressor lzma ; each file by itself: all as one go through a file in TEMP, whose room nobody has counted
 SetDateSave off ; or the archive would hold the time of each file
 CRCCheck force
 
