@@ -1,6 +1,6 @@
 ; The set-up program for Windows: a wizard for the player who installs the game, and the update that the game fetches
 ; and starts. scripts/package-windows-setup builds it and gives it VERSION, VERSION_NUMBERS, OUTPUT, PACKAGE (the
-; folder with the game) and WORK (the folder with words.nsh, files.nsh, license.txt and side.bmp).
+; folder with the game) and WORK (the folder with words.nsh, files.nsh, license.txt, side.bmp and attempt.dll).
 ;
 ;   setup.nsi         the program: its modes, its language, its pages in their order
 ;   setup_place.nsh   which folder the game is in, or goes to
@@ -22,7 +22,7 @@ RequestExecutionLevel user
 ManifestDPIAware true
 ManifestLongPathAware true
 ManifestSupportedOS Win10
-SetCompressor /SOLID lzma
+SetCompressor lzma ; each file by itself: all as one go through a file in TEMP, whose room nobody has counted
 SetDateSave off ; or the archive would hold the time of each file
 CRCCheck force
 
@@ -47,6 +47,7 @@ VIAddVersionKey /LANG=0 "FileVersion" "${VERSION}"
 !include MUI2.nsh
 !include FileFunc.nsh
 !include LogicLib.nsh
+!addplugindir /amd64-unicode "${WORK}"
 
 Var IsUpdate     ; 1 in a set-up program that the game has fetched and started
 Var Failure      ; an exit code
@@ -112,11 +113,9 @@ Page custom ShowFailure
 
 ; --- Languages
 
-; A file that cannot be written to its end is told of by the engine itself, and then with these words.
 !macro SETUP_LANGUAGE index name
     !insertmacro MUI_LANGUAGE "${name}"
     !define LANGUAGE_${index} ${LANG_${name}}
-    LangString ^ErrorWriting ${LANG_${name}} "$(DISK_FULL)"
 !macroend
 !include "${WORK}/words.nsh"
 
@@ -170,6 +169,21 @@ FunctionEnd
 
 Function MarkWindow
     System::Call 'user32::SetPropW(p $HWNDPARENT, w "${WINDOW_MARK}", p 1)'
+    Call ShowIcon
+FunctionEnd
+
+; In a window that runs from right to left the icon beside the titles has no width.
+Function ShowIcon
+    ${If} $(^RTL) = 0
+        Return
+    ${EndIf}
+    GetDlgItem $0 $HWNDPARENT 1039
+    System::Call 'user32::GetWindowRect(p r0, @ r1)'
+    System::Call 'user32::MapWindowPoints(p 0, p $HWNDPARENT, p r1, i 1)'
+    System::Call '*$1(i .r2, i .r3)'
+    System::Call 'user32::GetSystemMetrics(i 11) i .r4' ; SM_CXICON
+    IntOp $2 $2 - $4
+    System::Call 'user32::MoveWindow(p r0, i r2, i r3, i r4, i r4, i 1)'
 FunctionEnd
 
 ; Leaves the player with the set-up program that runs already.
@@ -245,6 +259,10 @@ Function .onInit
     ReadEnvStr $0 APPDATA
     StrCpy $MenuLink "$0\Microsoft\Windows\Start Menu\Programs\Orlavane.lnk"
 
+    ; A plugin that finds no room when it is needed would end the section itself.
+    InitPluginsDir
+    File "/oname=$PLUGINSDIR\attempt.dll" "${WORK}/attempt.dll"
+
     StrCpy $Failure ${IS_DONE}
     StrCpy $WithDesktopLink ${BST_CHECKED}
     StrCpy $WithMenuLink ${BST_CHECKED}
@@ -305,13 +323,5 @@ Function StartAgain
 FunctionEnd
 
 Function .onInstSuccess
-    Call StartAgain
-FunctionEnd
-
-; The engine has ended the section by itself, because a file could not be written to its end.
-Function .onInstFailed
-    StrCpy $Failure ${NO_ROOM}
-    SetErrorLevel $Failure
-    Call TakeBack
     Call StartAgain
 FunctionEnd

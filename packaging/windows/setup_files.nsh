@@ -8,7 +8,7 @@
 !define NEW "Orlavane-setup-new"
 !define OLD "Orlavane-setup-old"
 
-; EACH_ENTRY (for all but the program and the copy of this one), UNPACK and BYTES_NEEDED
+; EACH_ENTRY (for all but the program and the copy of this one), UNPACK, ENTRY_STEP and BYTES_NEEDED
 !include "${WORK}/files.nsh"
 
 Var WithDesktopLink
@@ -194,19 +194,33 @@ FunctionEnd
         Return
     ${EndIf}
     !insertmacro SAY "${entry}: $(DONE)"
+    ; The engine moves its bar, which is 30000 long, at the end of the section alone.
+    SendMessage $mui.InstFilesPage.ProgressBar 0x0403 ${ENTRY_STEP} 0 ; PBM_DELTAPOS
 !macroend
 
-Function Unpack
-    !insertmacro RETURN_AFTER_FAILURE
+Function UnpackFiles
     SetOverwrite try ; a file that cannot be opened is a failure of ours and no question of the engine's
     !insertmacro UNPACK
-    SetOutPath $TEMP
     !insertmacro BEGIN_ENTRY "${LEFT_BEHIND}"
-    System::Call 'kernel32::CopyFileW(w "$EXEPATH", w "$INSTDIR\${NEW}\${LEFT_BEHIND}", i 0) i .r0'
+    System::Call 'kernel32::CopyFileW(w "$EXEPATH", w "$INSTDIR\${NEW}\${LEFT_BEHIND}", i 0) i .r0 ?e'
+    Pop $1
     ${If} $0 = 0
+        ${If} $1 = 112 ; ERROR_DISK_FULL
+            Abort
+        ${EndIf}
         SetErrors
     ${EndIf}
     !insertmacro END_ENTRY "${LEFT_BEHIND}"
+FunctionEnd
+
+Function Unpack
+    !insertmacro RETURN_AFTER_FAILURE
+    GetFunctionAddress $0 UnpackFiles
+    attempt::Call $0
+    ${If} ${Errors} ; the engine has ended it, because a file could not be written to its end.
+        !insertmacro FAIL ${NO_ROOM} "$(DISK_FULL)"
+    ${EndIf}
+    SetOutPath $TEMP
 FunctionEnd
 
 ; Nobody can write to the file of a program that runs.

@@ -50,7 +50,7 @@ bool appInit(App& app, const std::string& prefPath, std::string& error) {
     app.exePath = app.exeDir + EXECUTABLE_NAME;
     app.screen = SCREEN_LAUNCHER;
     app.initialised = true;
-    deleteFinishedUpdate();
+    deleteFinishedUpdate(app);
     updateStartCheck(app);
     return true;
 }

@@ -1,17 +1,21 @@
 #include "app/update_client.h"
 
 #include "maintenance/build_info.h"
+#include "maintenance/files.h"
 #include "maintenance/platform.h"
+#include "maintenance/sha256.h"
 
 #include <SDL.h>
 
 #include <cassert>
+#include <ctime>
 #include <memory>
 
 // Whoever installs the game leaves a copy of the setup program in its folder: the hash of that file tells
 // which build this is.
 constexpr const char* INSTALLED_SETUP = "Orlavane-setup.exe";
 constexpr const char* FETCHED_SETUP = "Orlavane-setup-update.exe";
+constexpr int FRESH_SECONDS = 600;
 // Tells the setup program which folder to update; a player may have chosen any.
 constexpr const char* FOLDER_VARIABLE = "ORLAVANE_FOLDER";
 
@@ -47,7 +51,23 @@ void updateStartCheck(App& app) {
     startTask(app, task);
 }
 
-void deleteFinishedUpdate() { deleteTemporaryFile(FETCHED_SETUP); }
+static bool areTheSame(const std::string& path, const std::string& other) {
+    std::string sha256;
+    std::string otherSha256;
+    return sha256File(path, sha256) && sha256File(other, otherSha256) && hashEquals(sha256, otherSha256);
+}
+
+// Another game that fetches a file, or is about to start it, has written to it a moment ago.
+static bool isFresh(const std::string& path) {
+    const int64_t age = static_cast<int64_t>(std::time(nullptr)) - fileModified(path);
+    return age >= 0 && age < FRESH_SECONDS;
+}
+
+void deleteFinishedUpdate(const App& app) {
+    const std::string fetched = knownTemporaryPath(FETCHED_SETUP);
+    if (fetched.empty()) return;
+    if (areTheSame(fetched, app.exeDir + INSTALLED_SETUP) || !isFresh(fetched)) deleteFile(fetched);
+}
 
 void updateStartDownload(App& app) {
     if (app.updateState != UPDATE_NEWER) return;

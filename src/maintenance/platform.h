@@ -17,8 +17,9 @@ extern const char* const PATH_SEPARATORS;
 // that is the player's alone and is made for it. Empty if there can be none.
 std::string temporaryPath(const std::string& name);
 
-// Deletes the file of that name in the temporary folder, if one is there. No folder is made for it.
-void deleteTemporaryFile(const std::string& name);
+// The same, if a file of that name can be there; no folder is made for it. What lies under a longer name,
+// because somebody else had taken the usual one, is not found again.
+std::string knownTemporaryPath(const std::string& name);
 
 // For the programs that are started from now on.
 void setEnvironmentVariable(const char* name, const std::string& value);

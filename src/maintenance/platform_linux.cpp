@@ -60,11 +60,10 @@ std::string temporaryPath(const std::string& name) {
     return folder.empty() ? "" : folder + "/" + name;
 }
 
-// What lies under a longer name, because somebody else had taken the usual one, is not found again.
-void deleteTemporaryFile(const std::string& name) {
+std::string knownTemporaryPath(const std::string& name) {
     assert(name.find('/') == std::string::npos);
     const std::string folder = usualTemporaryFolder();
-    if (isOwnFolder(folder)) deleteFile(folder + "/" + name);
+    return isOwnFolder(folder) ? folder + "/" + name : "";
 }
 
 void setEnvironmentVariable(const char* name, const std::string& value) { setenv(name, value.c_str(), 1); }

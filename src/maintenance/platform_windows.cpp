@@ -67,7 +67,7 @@ static std::string temporaryFolder() {
 
 std::string temporaryPath(const std::string& name) { return temporaryFolder() + "\\" + name; }
 
-void deleteTemporaryFile(const std::string& name) { deleteFile(temporaryPath(name)); }
+std::string knownTemporaryPath(const std::string& name) { return temporaryPath(name); }
 
 void setEnvironmentVariable(const char* name, const std::string& value) {
     SetEnvironmentVariableW(nativePath(name).c_str(), nativePath(value).c_str());

@@ -54,22 +54,42 @@ TEST_F(UpdateClient, ABuildWithoutAServerStartsNothing) {
 }
 
 TEST_F(UpdateClient, AFinishedUpdateIsThrownAwayAndNothingElse) {
-    deleteFinishedUpdate();
+    deleteFinishedUpdate(app);
     EXPECT_FALSE(fileExists(fetchedFolder)); // none is made only to look into it
 
     ASSERT_EQ(mkdir(fetchedFolder.c_str(), 0700), 0);
     writeText(fetched, "an update");
+    writeText(dir.file("Orlavane-setup.exe"), "an update");
     writeText(fetchedFolder + "/other", "");
-    deleteFinishedUpdate();
+    deleteFinishedUpdate(app);
     EXPECT_FALSE(fileExists(fetched));
     EXPECT_TRUE(fileExists(fetchedFolder + "/other"));
+    EXPECT_TRUE(fileExists(dir.file("Orlavane-setup.exe")));
+}
+
+TEST_F(UpdateClient, AnUpdateThatAnotherGameMayBeAboutToStartIsNotThrownAwayForTenMinutes) {
+    const auto lastedFor = [this](int seconds) {
+        writeText(fetched, "an update");
+        fs::last_write_time(fetched, fs::file_time_type::clock::now() - std::chrono::seconds(seconds));
+        deleteFinishedUpdate(app);
+        return fileExists(fetched);
+    };
+    ASSERT_EQ(mkdir(fetchedFolder.c_str(), 0700), 0);
+    for (const char* installed : {"", "an older one"}) {
+        if (*installed) writeText(dir.file("Orlavane-setup.exe"), installed);
+        EXPECT_TRUE(lastedFor(0));
+        EXPECT_TRUE(lastedFor(590));
+        EXPECT_FALSE(lastedFor(600));
+        EXPECT_FALSE(lastedFor(-100)); // of a clock that was wrong
+    }
 }
 
 TEST_F(UpdateClient, AFolderThatOthersMayWriteInIsNotLookedInto) {
     fs::create_directory(fetchedFolder);
     fs::permissions(fetchedFolder, fs::perms(0777));
     writeText(fetched, "somebody's");
-    deleteFinishedUpdate();
+    writeText(dir.file("Orlavane-setup.exe"), "somebody's");
+    deleteFinishedUpdate(app);
     EXPECT_TRUE(fileExists(fetched));
 }
 

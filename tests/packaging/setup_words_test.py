@@ -49,7 +49,7 @@ class SetupWords(unittest.TestCase):
         spoken = [self.speak(str(number), *names) for number in range(LANGUAGES)]
         self.assertEqual(len({tuple(texts) for texts in spoken}), LANGUAGES)
         for code, texts in zip(codes, spoken):
-            for name in (code, code + "_XX.UTF-8", code + ".utf8", code + "@euro"):
+            for name in (code, code + "_XX.UTF-8", code + ".utf8", code + "@euro", code + "-XX"):
                 self.assertEqual(self.speak(name, *names), texts, name)
         for unknown in ("", "C", "C.UTF-8", "POSIX", "14", "44", "-1", "dex_DE", "nl_NL.UTF-8"):
             self.assertEqual(self.speak(unknown, *names), spoken[0], unknown)

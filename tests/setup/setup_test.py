@@ -54,9 +54,12 @@ class FirstSetup(SetupTest):
         self.assertEqual({os.path.basename(name) for name in carried},
                          {"libSDL2-2.0.so.0", "libSDL2_ttf-2.0.so.0", "libXss.so.1", "libdecor-0.so.0",
                           "libsamplerate.so.0"})
+        terms = self.read(".local/lib/Orlavane/licences.txt")
+        with open(os.path.join(tiny_setups.HERE, "../../LICENSE")) as file:
+            self.assertTrue(terms.startswith(file.read() + "\n\nOrlavane stands on"))
         for name in carried:
             self.assertIn(f"=> {self.folder}/{name} (", found)
-            self.assertIn(f"\n{os.path.basename(name)}\n===", self.read(".local/lib/Orlavane/licences.txt"))
+            self.assertIn(f"\n{os.path.basename(name)}\n===", terms)
 
     def test_a_desktop_that_is_not_there_is_not_made(self):
         os.rmdir(os.path.join(self.home, "Desktop"))

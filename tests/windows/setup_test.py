@@ -14,7 +14,7 @@ from windows_game import BIN, HERE, ODD_NAME, WindowsTest, driver, is_golden, pr
 from driver import WINE, clean_environment, prepare
 from mouse import LAUNCHER, QUESTION, Mouse
 import setup_window as w
-from setup_window import Setup, files, pack
+from setup_window import Eyes, Setup, files, pack
 
 SERVER = os.path.join(HERE, "../maintenance/odd_server.py")
 STATUS = (-280, 266, 560, 24)  # where the launcher tells of updates
@@ -67,8 +67,10 @@ class SetupTest(WindowsTest):
         for setup, wanted in cls.wanted.items():
             with open(setup, "rb") as file:
                 wanted[w.OWN_NAME] = file.read()
-        cls.full_disk = os.path.join(packed.name, "full_disk.so")
-        subprocess.run(["gcc", "-shared", "-fPIC", "-o", cls.full_disk, os.path.join(HERE, "full_disk.c")], check=True)
+        cls.full_disk, cls.roomy_disk = (os.path.join(packed.name, name) for name in ("full_disk.so", "roomy_disk.so"))
+        for library, blocks in ((cls.full_disk, 0), (cls.roomy_disk, 500000)):
+            subprocess.run(["gcc", "-shared", "-fPIC", f"-DFREE={blocks}", "-o", library,
+                            os.path.join(HERE, "full_disk.c")], check=True)
 
     def setUp(self):
         super().setUp()
@@ -94,17 +96,14 @@ class SetupTest(WindowsTest):
     def links(self):
         return [link for link in (w.DESKTOP_LINK, w.MENU_LINK) if os.path.exists(link)]
 
-    def hold(self, path):
-        """Nobody else may have the file."""
-        holder = subprocess.Popen([WINE, os.path.join(BIN, "hold-file.exe"), windows_path(path)],
-                                  stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
-        self.assertEqual(holder.stdout.readline().strip(), b"held")
-
-        def let_go():
-            holder.stdin.close()
-            holder.wait(60)
-            holder.stdout.close()
-        return let_go
+    def small_disk(self, size):
+        """A real one of that many kilobytes, as a folder."""
+        disk = os.path.join(self.folder, "disk")
+        os.mkdir(disk)
+        as_root = [] if os.geteuid() == 0 else ["sudo"]
+        subprocess.run([*as_root, "mount", "-t", "tmpfs", "-o", f"size={size}k,mode=777", "none", disk], check=True)
+        self.addCleanup(subprocess.run, [*as_root, "umount", "--lazy", disk], check=True)
+        return disk
 
     def found_game(self):
         game = FoundGame(self.screen, self.home)
@@ -223,8 +222,9 @@ class Modes(SetupTest):
             self.found_game().end()
 
     def test_the_game_that_asks_for_an_update_gets_it(self):
-        self.assertEqual(self.run_setup(self.first), w.DONE)  # another one
         self.install()
+        usual = "/FOLDER=" + windows_path(os.path.dirname(w.USUAL_FOLDER))
+        self.assertEqual(self.run_setup(self.first, usual), w.DONE)  # another one, to which the shortcuts lead
         self.assertEqual(self.update(ORLAVANE_FOLDER=windows_path(self.place) + "\\"), w.DONE)
         self.expect(self.next)
         self.expect(self.first, w.USUAL_FOLDER)
@@ -270,13 +270,13 @@ class Failures(SetupTest):
 
     def test_a_file_that_is_held_open(self):
         for name in ("SDL2.dll", "SDL2_ttf.dll"):
-            let_go = self.hold(os.path.join(self.place, name))
+            let_go = w.hold(os.path.join(self.place, name))
             self.install(self.next, code=w.NOT_WRITTEN)
             let_go()
             self.expect(self.first)
 
     def test_a_file_that_is_held_for_a_moment(self):
-        let_go = self.hold(os.path.join(self.place, "SDL2.dll"))
+        let_go = w.hold(os.path.join(self.place, "SDL2.dll"))
         setup = w.start_setup(self.screen, self.next, self.option)
         wait_until(lambda: os.path.exists(os.path.join(self.place, OLD, "Orlavane.exe")), "it does not begin")
         let_go()
@@ -296,7 +296,7 @@ class Failures(SetupTest):
         self.assertEqual(code, w.NO_SUCH_FOLDER)
 
     def test_killed_in_the_middle(self):
-        let_go = self.hold(os.path.join(self.place, "SDL2_ttf.dll"))
+        let_go = w.hold(os.path.join(self.place, "SDL2_ttf.dll"))
         setup = w.start_setup(self.screen, self.next, self.option)
         wait_until(lambda: os.path.exists(os.path.join(self.place, OLD, "SDL2.dll")), "it does not begin")
         setup.kill()
@@ -358,12 +358,12 @@ class Failures(SetupTest):
         self.expect(self.first)
 
     def test_a_failure_is_told_and_back_leads_on(self):
-        with Setup(self.screen, self.next, home=self.home) as setup:
+        with Eyes(self.screen) as eyes, Setup(self.screen, self.next, home=self.home) as setup:
             setup.to_location()
             setup.click(w.FOLDER)
             setup.type(r"Z:\proc\1")
             setup.click(w.NEXT)
-            setup.wait_for("Install")
+            eyes.wait_for_words(r"Could not create the folder:\nZ:\proc\1\Orlavane")
             setup.click(w.BACK)
             setup.wait_for("Location")
             setup.click(w.FOLDER)
@@ -378,6 +378,34 @@ class Failures(SetupTest):
             self.assertEqual(setup.process.wait(60), w.DONE)
         self.expect(self.next, os.path.join(self.folder, "games/Orlavane"))
         self.assertEqual(self.links(), [w.MENU_LINK])
+
+    def test_a_disk_that_fills_up_is_told_and_back_leads_on(self):
+        """The temporary folder's, too. It says that it has room, and what stands on it leaves none: first for the
+        files, and then for the copy of the set-up program, which comes last."""
+        whole = sum(len(data) + 4096 for data in self.wanted[self.next].values() if data) // 1024
+        disk = self.small_disk(3 * whole)
+        self.use_temp(os.path.join(disk, "temp"))
+        ballast = os.path.join(disk, "ballast")
+        with Eyes(self.screen) as eyes, \
+                Setup(self.screen, self.next, home=self.home, LD_PRELOAD=self.roomy_disk) as setup:
+            setup.to_location()
+            setup.click(w.FOLDER)
+            setup.type(windows_path(disk))
+            for missing, name in ((whole // 2, "SDL2.dll"), (100, w.OWN_NAME)):
+                filled = shutil.disk_usage(disk).free // 1024 - (whole - missing)
+                subprocess.run(["fallocate", "-l", f"{filled}k", ballast], check=True)
+                setup.click(w.NEXT)
+                eyes.wait_for_words(f"The disk is full or not writable while copying {name}.")
+                self.assertEqual(sorted(os.listdir(disk)), ["ballast", "temp"])
+                os.remove(ballast)
+                setup.click(w.BACK)
+                setup.wait_for("Location")
+            setup.click(w.NEXT)
+            setup.wait_for("Finish")
+            setup.click(w.START_BOX)
+            setup.click(w.NEXT)
+            self.assertEqual(setup.process.wait(60), w.DONE)
+        self.expect(self.next, os.path.join(disk, "Orlavane"))
 
 
 if __name__ == "__main__":

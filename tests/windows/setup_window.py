@@ -1,4 +1,5 @@
 """The set-up program's window, by mouse and keyboard, and the games that the tests pack into set-up programs."""
+import collections
 import os
 import shutil
 import subprocess
@@ -18,11 +19,11 @@ USUAL_FOLDER = os.path.join(WINE_PROFILE, "AppData/Local/Programs/Orlavane")
 DONE, GONE, DAMAGED, ANOTHER_RUNS, NO_SUCH_FOLDER, NO_ROOM, GAME_RUNS, NOT_WRITTEN = 0, 1, 2, 3, 4, 5, 6, 7
 
 # In the window, with English words. Negative numbers are from its right or lower edge.
-NEXT, CANCEL, BACK = (-136, -26), (-50, -26), (-211, -26)
-TERMS = (30, 336)
-FOLDER = (240, 118)
-DESKTOP_BOX, MENU_BOX = (30, 238), (30, 268)
-START_BOX = (184, 234)
+NEXT, CANCEL, BACK = (-158, -23), (-57, -23), (-244, -23)
+TERMS = (32, 291)
+FOLDER = (240, 103)
+DESKTOP_BOX, MENU_BOX = (33, 206), (33, 232)
+START_BOX = (216, 202)
 
 
 def pack(program, version, setup):
@@ -66,6 +67,19 @@ def forget():
     shutil.rmtree(USUAL_FOLDER, ignore_errors=True)
 
 
+def hold(path):
+    """Nobody else may have the file until the returned function is called."""
+    holder = subprocess.Popen([WINE, os.path.join(BIN, "hold-file.exe"), windows_path(path)],
+                              stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+    assert holder.stdout.readline().strip() == b"held"
+
+    def let_go():
+        holder.stdin.close()
+        holder.wait(60)
+        holder.stdout.close()
+    return let_go
+
+
 def start_setup(screen, program, *options, **variables):
     """Silently."""
     environment = clean_environment(os.path.dirname(program), DISPLAY=screen.display, **variables)
@@ -76,6 +90,51 @@ def start_setup(screen, program, *options, **variables):
 def run_setup(*words, **variables):
     """Its exit code."""
     return start_setup(*words, **variables).wait(300)
+
+
+Control = collections.namedtuple("Control", "number pressable width height needed_width needed_height kind words")
+
+
+class Eyes:
+    """What stands in the set-up program's window, by each control's own word."""
+
+    def __init__(self, screen):
+        environment = clean_environment(os.path.dirname(BIN), DISPLAY=screen.display)
+        self.process = subprocess.Popen([WINE, os.path.join(BIN, "look-at-setup.exe")], env=environment,
+                                        stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.process.stdin.close()
+        self.process.wait(60)
+        self.process.stdout.close()
+
+    def ask(self, *words):
+        self.process.stdin.write(" ".join(map(str, words)).encode() + b"\n")
+        self.process.stdin.flush()
+        found = []
+        while line := self.process.stdout.readline().decode().rstrip("\r\n"):
+            *numbers, kind, text = line.split("\t")
+            found.append(Control(*map(int, numbers), kind, text))
+        return found
+
+    def look(self):
+        return self.ask("look")
+
+    def wait_for(self, condition, what):
+        """The controls once the condition holds for them."""
+        found = []
+
+        def holds():
+            found[:] = self.look()
+            return condition(found)
+        wait_until(holds, lambda: f"{what}: {found}")
+        return found
+
+    def wait_for_words(self, words):
+        return self.wait_for(lambda found: any(control.words == words for control in found), words)
 
 
 class Setup:

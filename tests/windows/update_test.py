@@ -64,6 +64,7 @@ class Update(WindowsTest):
         self.publish("0" * 64)
         with open(self.fetched, "w") as file:
             file.write("an update that is done")
+        os.utime(self.fetched, (0, 0))
         with self.start() as game:
             wait_until(lambda: not os.path.exists(self.fetched), "the finished update stays")
             press(game, LAUNCHER["update"], is_golden)

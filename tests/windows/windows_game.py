@@ -84,10 +84,12 @@ class WindowsTest(unittest.TestCase):
         self.addCleanup(folder.cleanup)
         self.folder = folder.name
 
-    def use_odd_temp(self):
-        """The temporary folder of a player with an odd name."""
-        temp = os.path.join(self.folder, "temp of " + ODD_NAME)
+    def use_temp(self, temp):
         os.mkdir(temp)
         set_variable("Environment", "TEMP", windows_path(temp))
         self.addCleanup(set_variable, "Environment", "TEMP", r"%USERPROFILE%\Temp")
         return temp
+
+    def use_odd_temp(self):
+        """The temporary folder of a player with an odd name."""
+        return self.use_temp(os.path.join(self.folder, "temp of " + ODD_NAME))
