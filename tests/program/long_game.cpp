@@ -29,7 +29,7 @@ constexpr int ROUND_DAYS = 30;
 constexpr int FIRST_ROUNDS = 4; // until all has been seen in all window sizes, and the caches are full
 constexpr int LOOK_FRAMES = DAY_FRAMES; // what is looked at changes so often
 constexpr size_t ROOM = 256 * 1024; // bytes by which rounds may differ: caches and vectors keep what they had
-constexpr long ROOM_RESIDENT = 4 << 20; // bytes: the heap returns its pages as it likes
+constexpr long ROOM_RESIDENT = 12 << 20; // bytes: a page that was touched once may stay for good
 
 constexpr const char* LOOKS[] = {
     "panel=budget,lang=de",
