@@ -136,6 +136,8 @@ TEST_F(AppInit, AFinishedUpdateIsThrownAwayAtTheStart) {
     std::filesystem::create_directory(own);
     std::filesystem::permissions(own, std::filesystem::perms(0700));
     writeText(own / "Orlavane-setup-update.exe", "an update");
+    std::filesystem::last_write_time(own / "Orlavane-setup-update.exe",
+                                     std::filesystem::file_time_type::clock::now() - std::chrono::hours(1));
     EXPECT_TRUE(start());
     unsetenv("TMPDIR");
     EXPECT_TRUE(std::filesystem::is_empty(own));
