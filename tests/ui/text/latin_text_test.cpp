@@ -99,11 +99,6 @@ TEST_F(LatinText, APictureIsAsWideAsMeasuredAndAsHighAsItsFont) {
     }
 }
 
-TEST_F(LatinText, APictureTooLargeForAnySurfaceIsNone) {
-    open(LARGEST_FONT_SIZE);
-    EXPECT_EQ(renderMixedText(font, latinFont, "में " + std::string(100000, 'm'), WHITE), nullptr);
-}
-
 // --- In the font system
 
 TEST(LatinTextOfALanguage, IsSetInTheDefaultFontWhereTheOwnLacksIt) {
