@@ -49,7 +49,6 @@ void setTool(App& app, int tool) {
 }
 
 void setCategory(App& app, int category) {
-    if (category < 0 || category >= CATEGORY_COUNT) return;
     if (TOOLS[app.currentTool].category == category) return setTool(app, app.currentTool);
     for (int tool = 0; tool < TOOL_COUNT; tool++)
         if (TOOLS[tool].category == category) return setTool(app, tool);

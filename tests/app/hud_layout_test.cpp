@@ -3,6 +3,8 @@
 #include "app/tools.h"
 #include "screens/hud_fixture.h"
 
+#include <algorithm>
+
 class PointerOverHud : public HudTest {
 protected:
     bool overAt(float x, float y) {
@@ -110,7 +112,7 @@ TEST_F(PointerOverHud, AnyWindowSizeHasAnAnswer) {
         resize(width, height);
         EXPECT_TRUE(overAt(0, 0)) << width << " by " << height;
         const HudLayout hud = hudLayout(width, height);
-        EXPECT_GE(hud.width, 1.0f);
-        EXPECT_GE(hud.height, 1.0f);
+        EXPECT_EQ(hud.width, static_cast<float>(std::max(width, 1)));
+        EXPECT_EQ(hud.height, static_cast<float>(std::max(height, 1)));
     }
 }
