@@ -133,6 +133,7 @@ TEST_F(SessionTest, SavingAndLoadingGoRoundTrip) {
     cell(30, 30).road = ROAD_AVENUE;
     press(KEY_F5);
     EXPECT_EQ(app.statusId, STATUS_GAME_SAVED);
+    EXPECT_EQ(app.statusArg, 0u);
     EXPECT_EQ(app.statusTimer, 6.0f);
     EXPECT_TRUE(app.saveExists);
 
@@ -146,6 +147,7 @@ TEST_F(SessionTest, SavingAndLoadingGoRoundTrip) {
     EXPECT_EQ(app.city.money, 4321.0);
     EXPECT_EQ(cell(30, 30).road, ROAD_AVENUE);
     EXPECT_EQ(app.statusId, STATUS_LOADED);
+    EXPECT_EQ(app.statusArg, 0u);
     EXPECT_EQ(app.currentPanel, PANEL_NONE);
     EXPECT_EQ(app.selectedCellX, -1);
     EXPECT_EQ(app.lastEventCount, app.city.eventCount);
@@ -184,6 +186,7 @@ TEST_F(SessionTest, AFailedSaveKeepsWhatIsKnownOfTheOldOne) {
     app.savePath = folder + "nowhere/savegame.ovw";
     press(KEY_F5);
     EXPECT_EQ(app.statusId, STATUS_SAVE_FAILED);
+    EXPECT_EQ(app.statusArg, 0u);
     EXPECT_FALSE(app.saveExists);
     app.saveExists = true;
     press(KEY_F5);
@@ -196,6 +199,7 @@ TEST_F(SessionTest, AFailedLoadLeavesEverythingAsItWas) {
     app.screen = SCREEN_TITLE;
     loadGame(app);
     EXPECT_EQ(app.statusId, STATUS_NO_SAVED_GAME);
+    EXPECT_EQ(app.statusArg, 0u);
     EXPECT_EQ(app.screen, SCREEN_TITLE);
     EXPECT_EQ(app.currentPanel, PANEL_BUDGET);
     EXPECT_EQ(cityHash(app.city), before);
@@ -203,6 +207,7 @@ TEST_F(SessionTest, AFailedLoadLeavesEverythingAsItWas) {
     std::ofstream(app.savePath) << "OVW2 and nothing behind it";
     loadGame(app);
     EXPECT_EQ(app.statusId, STATUS_NO_SAVED_GAME);
+    EXPECT_EQ(app.statusArg, 0u);
     EXPECT_EQ(cityHash(app.city), before);
 }
 

@@ -19,7 +19,7 @@ PATIENCE = 120  # seconds until a slow machine has done what it was asked for
 ROOT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../..")
 PROGRAM = os.environ.get("ORLAVANE") or os.path.join(ROOT, "build/release/bin/Orlavane")
 WINE = os.path.join(ROOT, "scripts/wine")
-WINE_PREFIX = os.path.join(ROOT, "build/wine")
+WINE_PREFIX = os.environ.get("WINEPREFIX") or os.path.join(ROOT, "build/wine")
 WINE_PROFILE = os.path.join(WINE_PREFIX, "drive_c/users", getpass.getuser())
 
 
