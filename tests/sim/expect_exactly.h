@@ -5,6 +5,18 @@
 
 #include <gtest/gtest.h>
 
+// Group by group, so that a failure names the pass that changed.
+inline void expectHashes(const City& city, const CityHashes& expected) {
+    const CityHashes hashes = cityHashes(city);
+    EXPECT_EQ(hashes.land, expected.land);
+    EXPECT_EQ(hashes.buildings, expected.buildings);
+    EXPECT_EQ(hashes.services, expected.services);
+    EXPECT_EQ(hashes.traffic, expected.traffic);
+    EXPECT_EQ(hashes.economy, expected.economy);
+    EXPECT_EQ(hashes.course, expected.course);
+    EXPECT_EQ(hashes.staleness, expected.staleness);
+}
+
 // `operation` leaves the city as `change` does, and nothing more; the answer of the tool is the caller's to
 // ask.
 template<class Operation, class Change>
@@ -12,13 +24,5 @@ void expectExactly(City& city, const Operation& operation, const Change& change)
     City expected = city;
     change(expected);
     operation(city);
-    const CityHashes hashes = cityHashes(city);
-    const CityHashes expectedHashes = cityHashes(expected);
-    EXPECT_EQ(hashes.land, expectedHashes.land);
-    EXPECT_EQ(hashes.buildings, expectedHashes.buildings);
-    EXPECT_EQ(hashes.services, expectedHashes.services);
-    EXPECT_EQ(hashes.traffic, expectedHashes.traffic);
-    EXPECT_EQ(hashes.economy, expectedHashes.economy);
-    EXPECT_EQ(hashes.course, expectedHashes.course);
-    EXPECT_EQ(hashes.staleness, expectedHashes.staleness);
+    expectHashes(city, cityHashes(expected));
 }

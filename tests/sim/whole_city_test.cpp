@@ -3,6 +3,7 @@
 #include "sim/build_tools.h"
 #include "sim/city_helpers.h"
 #include "sim/daily_tick.h"
+#include "sim/expect_exactly.h"
 #include "sim/grown_cities.h"
 #include "sim/map_generation.h"
 #include "sim/save_file.h"
@@ -13,6 +14,7 @@
 
 #include <algorithm>
 #include <map>
+#include <string>
 
 TEST(WholeCity, AMetropolisWinsAllMissionsInOrderOnItsOwnMoney) {
     struct Win {
@@ -73,22 +75,12 @@ TEST(WholeCity, LivesOnAfterALoadAsItWouldHaveWithout) {
     EXPECT_EQ(hashes.economy, expected.economy);
 }
 
-// One number a group of fields, so that a failure names the pass that changed.
-static void expectHashes(const City& city, const CityHashes& expected) {
-    const CityHashes hashes = cityHashes(city);
-    EXPECT_EQ(hashes.land, expected.land) << "day " << city.day;
-    EXPECT_EQ(hashes.buildings, expected.buildings) << "day " << city.day;
-    EXPECT_EQ(hashes.services, expected.services) << "day " << city.day;
-    EXPECT_EQ(hashes.traffic, expected.traffic) << "day " << city.day;
-    EXPECT_EQ(hashes.economy, expected.economy) << "day " << city.day;
-    EXPECT_EQ(hashes.course, expected.course) << "day " << city.day;
-    EXPECT_EQ(hashes.staleness, expected.staleness) << "day " << city.day;
-}
-
 static void expectHashesAtDays(const std::string& script, const std::map<int, CityHashes>& pins) {
     townAtDay(script, pins.rbegin()->first, [&pins](const City& city) {
         const auto pin = pins.find(city.day);
-        if (pin != pins.end()) expectHashes(city, pin->second);
+        if (pin == pins.end()) return;
+        SCOPED_TRACE("day " + std::to_string(city.day));
+        expectHashes(city, pin->second);
     });
 }
 
