@@ -61,6 +61,8 @@ TEST(App, BeginsWithNothingOpenNothingChosenAndTimeRunning) {
     EXPECT_EQ(app.statusId, 0);
     EXPECT_EQ(app.statusTimer, 0.0f);
     EXPECT_EQ(app.lastEventCount, 0u);
+    EXPECT_EQ(app.logoTexture, 0u);
+    EXPECT_EQ(app.logoWidth, 0);
     EXPECT_EQ(app.updateState, UPDATE_IDLE);
     EXPECT_EQ(app.updateTask, nullptr);
     EXPECT_EQ(app.musicMode, MUSIC_OFF);

@@ -7,7 +7,14 @@
 #include <algorithm>
 #include <filesystem>
 #include <set>
+#include <stdexcept>
 #include <tuple>
+
+static const ScreenState& stateNamed(const std::string& name) {
+    for (const ScreenState& state : screenStates())
+        if (name == state.name) return state;
+    throw std::invalid_argument(name);
+}
 
 TEST(NothingMore, IsDrawnThanTheStateAsksFor) {
     for (const ScreenState& state : screenStates())
@@ -21,6 +28,39 @@ TEST(NothingMore, NoTwoButtonsOfAScreenShareANumberAndNoneHasZero) {
             if (call.kind == "button") {
                 EXPECT_TRUE(ids.insert(call.buttonId).second) << state.name << ": " << call.words;
             }
+    }
+}
+
+TEST(NothingMore, EveryButtonHasTheNumberOfItsPlace) {
+    const struct {
+        std::string state;
+        std::vector<uint32_t> numbers;
+    } rows[] = {
+        {"title", {100, 101, 104, 102, 103}},
+        {"options", {200, 201, 202, 203, 204, 205, 206, 207, 208}},
+        {"top bar", {300, 304, 303, 302, 301, 308, 307, 306, 305}},
+        {"statistics", {309}},
+        {"district", {320, 321, 322, 323}},
+        {"tools: roads", {330, 331, 332, 333, 334, 335, 336, 341, 342, 343}},
+        {"tools: zones", {330, 331, 332, 333, 334, 335, 336, 344, 345, 346, 347}},
+        {"tools: services", {330, 331, 332, 333, 334, 335, 336, 348, 349, 350, 351, 352, 353}},
+        {"tools: utilities", {330, 331, 332, 333, 334, 335, 336, 354, 355, 356, 357}},
+        {"tools: districts",
+         {330, 331, 332, 333, 334, 335, 336, 358, 359, 370, 371, 372, 373, 374, 375, 376, 377}},
+        {"budget", {309, 380, 381, 382, 383, 384, 385, 386, 387, 390, 391, 392, 393,
+                    394, 395, 396, 397, 398, 399, 400, 401, 402, 403, 404, 405}},
+        {"pause", {420, 421, 422, 423, 424}},
+        {"end of a metropolis", {430, 431, 432}},
+        {"launcher", {450, 451, 452, 453, 454}},
+        {"launcher without files", {455, 456}},
+        {"removal", {457, 458}},
+        {"tour: welcome", {461, 460}},
+    };
+    for (const auto& row : rows) {
+        std::vector<uint32_t> numbers;
+        for (const DrawnCall& call : GameInState(stateNamed(row.state)).callsAt(1280, 720))
+            if (call.kind == "button") numbers.push_back(call.buttonId);
+        EXPECT_EQ(numbers, row.numbers) << row.state;
     }
 }
 
@@ -44,12 +84,8 @@ TEST(NothingMore, IsWrittenOutsideOfTheRoomOfAText) {
         {"district", {988, 106, 268, 80, 1}, 15},
         {"tour: welcome", {420, 299, 440, 96, 1}, 18},
     };
-    const auto& states = screenStates();
     for (const auto& row : rows) {
-        const auto state = std::find_if(states.begin(), states.end(),
-                                        [&](const ScreenState& any) { return row.state == any.name; });
-        ASSERT_NE(state, states.end()) << row.state;
-        auto calls = GameInState(*state).callsAt(1280, 720);
+        auto calls = GameInState(stateNamed(row.state)).callsAt(1280, 720);
         std::erase_if(calls, [&](const DrawnCall& call) {
             return call.kind != (row.room.size() == 1 ? "fitting" : "paragraph") ||
                    call.fontSize != row.fontSize;

@@ -41,14 +41,19 @@ protected:
         EXPECT_FALSE(drew({0, 0, 1280, 720}, DIM));
     }
 
-    // A golden triangle with its tip there.
-    bool pointsAt(float x, float y) const {
-        for (size_t i = 0; i + 2 < app.ui.vertices.size(); i++) {
+    // A golden line from there, four wide, and right after it a triangle with its tip here.
+    bool pointsFrom(float fromX, float fromY, float x, float y) const {
+        for (size_t i = 6; i + 2 < app.ui.vertices.size(); i++) {
             const UiVertex* v = &app.ui.vertices[i];
+            const UiVertex& left = v[-6];
+            const UiVertex& right = v[-1];
             const float side = std::hypot(v[1].x - v[2].x, v[1].y - v[2].y);
             const float height = std::hypot(v[0].x - (v[1].x + v[2].x) / 2, v[0].y - (v[1].y + v[2].y) / 2);
             if (v->r == colGold.r && std::fabs(v->x - x) < 0.01f && std::fabs(v->y - y) < 0.01f &&
-                std::fabs(side - 18.0f) < 0.01f && std::fabs(height - 18.0f) < 0.01f)
+                std::fabs(side - 18.0f) < 0.01f && std::fabs(height - 18.0f) < 0.01f &&
+                std::fabs((left.x + right.x) / 2 - fromX) < 0.01f &&
+                std::fabs((left.y + right.y) / 2 - fromY) < 0.01f &&
+                std::fabs(std::hypot(left.x - right.x, left.y - right.y) - 4.0f) < 0.01f)
                 return true;
         }
         return false;
@@ -76,15 +81,15 @@ TEST_F(TutorialTest, CategoryCardsStandToTheRightOfTheirButton) {
     show(1); // roads
     expectHole({12, 94, 228, 46});
     expectCard({304, 70, 480, 210});
-    EXPECT_TRUE(pointsAt(240, 117));
+    EXPECT_TRUE(pointsFrom(304, 175, 240, 117));
     show(2); // zones
     expectHole({12, 132, 228, 46});
     expectCard({304, 70, 480, 210});
-    EXPECT_TRUE(pointsAt(240, 155));
+    EXPECT_TRUE(pointsFrom(304, 175, 240, 155));
     show(3); // utilities
     expectHole({12, 208, 228, 46});
     expectCard({304, 126, 480, 210});
-    EXPECT_TRUE(pointsAt(240, 231));
+    EXPECT_TRUE(pointsFrom(304, 231, 240, 231));
 }
 
 TEST_F(TutorialTest, TheBarsCardStandsBelowIt) {
@@ -92,14 +97,14 @@ TEST_F(TutorialTest, TheBarsCardStandsBelowIt) {
     EXPECT_TRUE(drew({-6, -6, 1292, 2.5f}, colGold));
     EXPECT_TRUE(drew({0, 50, 1280, 670}, DIM));
     expectCard({400, 114, 480, 210});
-    EXPECT_TRUE(pointsAt(640, 50));
+    EXPECT_TRUE(pointsFrom(640, 114, 640, 50));
 }
 
 TEST_F(TutorialTest, TheMissionsCardStandsAboveIt) {
     show(5);
     expectHole({6, 638, 372, 80});
     expectCard({32, 364, 480, 210});
-    EXPECT_TRUE(pointsAt(192, 638));
+    EXPECT_TRUE(pointsFrom(272, 574, 192, 638));
 }
 
 TEST_F(TutorialTest, EveryStepHasItsText) {
@@ -211,10 +216,10 @@ TEST_F(TutorialTest, AnArrowOfAPixelIsNotDrawn) {
     resize(741, 720); // the card is pushed from the right towards its button
     show(3);
     EXPECT_FLOAT_EQ(app.tutorialCard.x, 241.0f);
-    EXPECT_FALSE(pointsAt(240, 231));
+    EXPECT_FALSE(pointsFrom(241, 231, 240, 231));
     resize(742, 720);
     show(3);
-    EXPECT_TRUE(pointsAt(240, 231));
+    EXPECT_TRUE(pointsFrom(242, 231, 240, 231));
 }
 
 TEST_F(TutorialTest, TheInterfaceBelowWorksAsUsual) {
