@@ -42,16 +42,16 @@ static uint32_t bigEndianWord(const uint8_t* bytes) {
 }
 
 static void hashBlock(std::array<uint32_t, 8>& words, const uint8_t* block) {
-    uint32_t w[64];
-    for (int t = 0; t < 16; t++) w[t] = bigEndianWord(block + 4 * t);
-    for (int t = 16; t < 64; t++) {
+    std::array<uint32_t, 64> w;
+    for (size_t t = 0; t < 16; t++) w[t] = bigEndianWord(block + 4 * t);
+    for (size_t t = 16; t < w.size(); t++) {
         const uint32_t s0 = std::rotr(w[t - 15], 7) ^ std::rotr(w[t - 15], 18) ^ (w[t - 15] >> 3);
         const uint32_t s1 = std::rotr(w[t - 2], 17) ^ std::rotr(w[t - 2], 19) ^ (w[t - 2] >> 10);
         w[t] = w[t - 16] + s0 + w[t - 7] + s1;
     }
 
     auto [a, b, c, d, e, f, g, h] = words;
-    for (int t = 0; t < 64; t++) {
+    for (size_t t = 0; t < w.size(); t++) {
         const uint32_t s1 = std::rotr(e, 6) ^ std::rotr(e, 11) ^ std::rotr(e, 25);
         const uint32_t t1 = h + s1 + ((e & f) ^ (~e & g)) + ROUND_CONSTANTS[t] + w[t];
         const uint32_t s0 = std::rotr(a, 2) ^ std::rotr(a, 13) ^ std::rotr(a, 22);
