@@ -331,10 +331,11 @@ TEST(Capture, TheCountStartsAtOneSoThatALimitOfZeroIsNeverMet) {
 }
 
 // Rows from the bottom, as OpenGL has them: red counts columns, green rows.
-static void APIENTRY paintPixels(GLint, GLint, GLsizei width, GLsizei height, GLenum, GLenum, void* data) {
+static void APIENTRY paintPixels(GLint left, GLint bottom, GLsizei width, GLsizei height, GLenum, GLenum,
+                                 void* data) {
     auto* pixel = static_cast<uint8_t*>(data);
-    for (int y = 0; y < height; y++)
-        for (int x = 0; x < width; x++, pixel += 3) {
+    for (int y = bottom; y < bottom + height; y++)
+        for (int x = left; x < left + width; x++, pixel += 3) {
             pixel[0] = static_cast<uint8_t>(x);
             pixel[1] = static_cast<uint8_t>(y);
             pixel[2] = 200;

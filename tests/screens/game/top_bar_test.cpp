@@ -84,7 +84,7 @@ TEST_F(TopBarTest, HappinessIsRoundedAndColoured) {
         const Label text = textOf(words);
         expectText(words, text.rect.x, text.rect.y, text.size, color);
     };
-    expectHappy(34.4f, "Happy 34%", colBad);
+    expectHappy(34.49f, "Happy 34%", colBad);
     expectHappy(34.5f, "Happy 35%", colBad);
     expectHappy(34.9f, "Happy 35%", colBad);
     expectHappy(35.0f, "Happy 35%", colText);
@@ -184,36 +184,41 @@ TEST_F(TopBarTest, TheFontShrinksUntilTheBarFitsAndNoFurtherThanTwelve) {
 TEST_F(TopBarTest, ItShrinksAndLosesAReadOutOnlyWhereItMust) {
     const std::vector<const char*> readOuts = {"Money 150000", "Spring 01.03.2026", "Citizens 0", "Jobs 0",
                                                "Happy 60%"};
-    const auto width = [&](const char* text, int size) {
-        return static_cast<int>(uiTextWidth(app.ui, text, size));
-    };
-    const auto leftGroup = [&](int size) {
-        int sum = 96 + 10;
-        for (const char* text : readOuts) sum += width(text, size) + 18;
-        return sum;
-    };
-    const auto rightGroup = [&](int size) {
-        int sum = std::max(width("Normal", size) + 26, 96) + 6 + (34 + 6) * 4 + 10 + 10;
-        for (const char* text : {"Statistics", "Finances", "Budget"}) sum += width(text, size) + 26 + 6;
-        return sum;
-    };
-    for (int size = 17; size > 12; size--) {
-        const int whole = leftGroup(size) + rightGroup(size);
-        resize(whole, 720);
+    for (const int scale : {1, 2}) {
+        const int height = 720 * scale;
+        const auto width = [&](const char* text, int size) {
+            return static_cast<int>(uiTextWidth(app.ui, text, size));
+        };
+        const auto leftGroup = [&](int size) {
+            int sum = (96 + 10) * scale;
+            for (const char* text : readOuts) sum += width(text, size) + 18 * scale;
+            return sum;
+        };
+        const auto rightGroup = [&](int size) {
+            int sum = std::max(width("Normal", size) + 26 * scale, 96 * scale);
+            sum += (6 + (34 + 6) * 4 + 10 + 10) * scale;
+            for (const char* text : {"Statistics", "Finances", "Budget"})
+                sum += width(text, size) + (26 + 6) * scale;
+            return sum;
+        };
+        for (int size = 17 * scale; size > 12 * scale; size--) {
+            const int whole = leftGroup(size) + rightGroup(size);
+            resize(whole, height);
+            draw();
+            EXPECT_EQ(textOf("Menu").size, size);
+            resize(whole - 1, height);
+            draw();
+            EXPECT_EQ(textOf("Menu").size, size - 1);
+        }
+        const int last = leftGroup(12 * scale) + (12 - 18) * scale + rightGroup(12 * scale);
+        resize(last, height);
         draw();
-        EXPECT_EQ(textOf("Menu").size, size);
-        resize(whole - 1, 720);
+        EXPECT_TRUE(says("Happy 60%"));
+        resize(last - 1, height);
         draw();
-        EXPECT_EQ(textOf("Menu").size, size - 1);
+        EXPECT_FALSE(says("Happy 60%"));
+        EXPECT_TRUE(says("Jobs 0"));
     }
-    const int last = leftGroup(12) - 18 + 12 + rightGroup(12);
-    resize(last, 720);
-    draw();
-    EXPECT_TRUE(says("Happy 60%"));
-    resize(last - 1, 720);
-    draw();
-    EXPECT_FALSE(says("Happy 60%"));
-    EXPECT_TRUE(says("Jobs 0"));
 }
 
 TEST_F(TopBarTest, TheLastReadOutsVanishBeforeTheyTouchTheButtons) {

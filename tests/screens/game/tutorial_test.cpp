@@ -1,5 +1,6 @@
 #include "screens/game/tutorial.h"
 
+#include "app/hud_layout.h"
 #include "app/session.h"
 #include "screens/hud_fixture.h"
 #include "ui/words/strings.h"
@@ -43,6 +44,7 @@ protected:
 
     // A golden line from there, four wide, and right after it a triangle with its tip here.
     bool pointsFrom(float fromX, float fromY, float x, float y) const {
+        const float s = uiScale(app.ui);
         for (size_t i = 6; i + 2 < app.ui.vertices.size(); i++) {
             const UiVertex* v = &app.ui.vertices[i];
             const UiVertex& left = v[-6];
@@ -50,10 +52,10 @@ protected:
             const float side = std::hypot(v[1].x - v[2].x, v[1].y - v[2].y);
             const float height = std::hypot(v[0].x - (v[1].x + v[2].x) / 2, v[0].y - (v[1].y + v[2].y) / 2);
             if (v->r == colGold.r && std::fabs(v->x - x) < 0.01f && std::fabs(v->y - y) < 0.01f &&
-                std::fabs(side - 18.0f) < 0.01f && std::fabs(height - 18.0f) < 0.01f &&
+                std::fabs(side - 18.0f * s) < 0.01f && std::fabs(height - 18.0f * s) < 0.01f &&
                 std::fabs((left.x + right.x) / 2 - fromX) < 0.01f &&
                 std::fabs((left.y + right.y) / 2 - fromY) < 0.01f &&
-                std::fabs(std::hypot(left.x - right.x, left.y - right.y) - 4.0f) < 0.01f)
+                std::fabs(std::hypot(left.x - right.x, left.y - right.y) - 4.0f * s) < 0.01f)
                 return true;
         }
         return false;
@@ -220,6 +222,11 @@ TEST_F(TutorialTest, AnArrowOfAPixelIsNotDrawn) {
     resize(742, 720);
     show(3);
     EXPECT_TRUE(pointsFrom(242, 231, 240, 231));
+    resize(776, 754);
+    show(3);
+    const float scale = hudLayout(776, 754).scale;
+    EXPECT_NEAR(app.tutorialCard.x - 240.0f * scale, 1.056f, 0.001f); // just long enough
+    EXPECT_TRUE(pointsFrom(app.tutorialCard.x, 231.0f * scale, 240.0f * scale, 231.0f * scale));
 }
 
 TEST_F(TutorialTest, TheInterfaceBelowWorksAsUsual) {

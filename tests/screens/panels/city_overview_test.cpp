@@ -37,7 +37,7 @@ TEST_F(CityOverviewTest, DemandPeopleAndAHint) {
 
 TEST_F(CityOverviewTest, HappinessIsRounded) {
     for (const auto& [happiness, words] :
-         {std::pair(64.4f, "64%"), {64.5f, "65%"}, {0.4f, "0%"}, {99.5f, "100%"}}) {
+         {std::pair(64.49f, "64%"), {64.5f, "65%"}, {0.49f, "0%"}, {99.5f, "100%"}}) {
         app.city.happiness = happiness;
         draw();
         expectText(words, 1256, 322, 15, colText, ALIGN_RIGHT);
