@@ -24,10 +24,12 @@ static SDL_Event buttonEvent(uint32_t type, uint8_t button, int x = 0, int y = 0
     return event;
 }
 
-static SDL_Event wheelEvent(int steps) {
+static SDL_Event wheelEvent(int steps, int x = 0, int y = 0) {
     SDL_Event event = {};
     event.type = SDL_MOUSEWHEEL;
     event.wheel.y = steps;
+    event.wheel.mouseX = x;
+    event.wheel.mouseY = y;
     return event;
 }
 
@@ -102,6 +104,19 @@ TEST(Input, OnlyLettersAndDigitsHaveAPlaceOnTheKeyboard) {
     EXPECT_EQ(indexOf(SDLK_F1, SDL_SCANCODE_W), -1); // keys without a letter are where they are
     EXPECT_EQ(indexOf(127, SDL_SCANCODE_W), -1);     // the last Latin code
     EXPECT_EQ(indexOf(128, SDL_SCANCODE_W), KEY_W);
+}
+
+TEST(Input, BeginsWithNothingHeldAndNothingPressed) {
+    const Input input;
+    EXPECT_EQ(input.mouseX, POINTER_NOWHERE);
+    EXPECT_EQ(input.mouseY, POINTER_NOWHERE);
+    EXPECT_FALSE(input.leftHeld || input.leftPressed || input.leftReleased);
+    EXPECT_FALSE(input.rightHeld || input.middleHeld);
+    EXPECT_EQ(input.wheel, 0.0f);
+    for (int key = 0; key < KEY_COUNT; key++)
+        EXPECT_FALSE(input.keysHeld[key] || input.keysPressed[key]) << key;
+    EXPECT_EQ(input.drawableWidth, 0);
+    EXPECT_EQ(input.drawableHeight, 0);
 }
 
 TEST(Input, ARepeatedKeyDownHoldsButDoesNotPress) {
@@ -210,6 +225,12 @@ TEST_F(Pointer, ThePressOfAMouseThatNeverMovedTellsItsPlace) {
     frame({buttonEvent(SDL_MOUSEBUTTONDOWN, SDL_BUTTON_LEFT, 70, 80)});
     expectAt(70, 80);
     EXPECT_EQ(input.leftPressed, 1);
+}
+
+TEST_F(Pointer, SoDoesItsWheel) {
+    frame({wheelEvent(1, 70, 80)});
+    expectAt(70, 80);
+    EXPECT_EQ(input.wheel, 1.0f);
 }
 
 TEST_F(Pointer, OutsideTheWindowItIsNowhere) {

@@ -140,7 +140,7 @@ TEST_F(Http, InterimAnswersAndTrailersAreNoAnswers) {
 TEST_F(Http, WhoKeepsTalkingIsListenedToHoweverSlow) {
     HttpOptions impatient;
     impatient.timeoutMs = 1200;
-    EXPECT_EQ(get(server.url("/drip/3/1"), impatient).body, "xxx");
+    EXPECT_EQ(get(server.url("/drip/30/10"), impatient).body, std::string(30, 'x')); // three seconds
 }
 
 TEST_F(Http, WhoDripsOnAndOnIsLeftWhenTheTimeIsUp) {
