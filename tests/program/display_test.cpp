@@ -138,6 +138,7 @@ static std::string wayOut(const std::string& applied) {
 
 TEST_F(SeenDisplay, OnTheWayOutOfTheFullScreenTheFrameIsWaitedForButNotForever) {
     talkingSdl().moreFlags = SDL_WINDOW_FULLSCREEN_DESKTOP;
+    talkingSdl().frameAbove = 1; // is one
     EXPECT_EQ(wayOut(applied()), "fullscreen 0\npump\n");
     talkingSdl().framelessLooks = 2;
     EXPECT_EQ(wayOut(applied()), "fullscreen 0\npump\ndelay 10\npump\ndelay 10\npump\n");
