@@ -3,6 +3,7 @@
 #include "app/game_fixture.h"
 #include "program/talking_sdl.h"
 
+#include <algorithm>
 #include <string>
 
 using testing::Contains;
@@ -50,6 +51,23 @@ TEST_F(FrameTest, FramesPerSecondAreMeasuredOverHalfASecond) {
     EXPECT_NEAR(app.frameStats.framesPerSecond, 10.0f / 0.5125f, 1e-3f);
     EXPECT_EQ(app.frameStats.frames, 0);
     EXPECT_EQ(app.frameStats.timer, 0.0f);
+}
+
+TEST_F(FrameTest, TheFrameRateStandsOnEveryScreen) {
+    ASSERT_TRUE(fontsInit(app.fonts, nullptr));
+    app.settings.showFps = true;
+    input.drawableWidth = 1280;
+    input.drawableHeight = 720;
+    for (const Screen screen : {SCREEN_LAUNCHER, SCREEN_TITLE, SCREEN_SETTINGS, SCREEN_GAME, SCREEN_END}) {
+        app.screen = screen;
+        app.fonts.runCache.clear();
+        step(0.01f);
+        const auto& runs = app.fonts.runCache;
+        EXPECT_TRUE(std::any_of(runs.begin(), runs.end(), [](const auto& run) {
+            return run.first.ends_with("|FPS 0");
+        })) << screen;
+    }
+    fontsShutdown(app.fonts);
 }
 
 TEST_F(FrameTest, BeforeItIsInitialisedAFrameOnlyCounts) {
