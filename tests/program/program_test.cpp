@@ -211,6 +211,18 @@ TEST_F(ProgramDeathTest, TheWindowOpensByTheSettingsAndClosesAtTheEnd) {
                 "^" + ATTRIBUTES + WINDOW + "context\n" + SHOWN + FRAME + FRAME + CLOSED);
 }
 
+TEST_F(ProgramDeathTest, TheWindowOpensNoLargerThanTheFirstDisplay) {
+    writeSettings();
+    endAfter("1");
+    const auto start = [] {
+        talkingSdl().display = talkingSdl().room = {0, 0, 1024, 700};
+        talkingSdl().displays = 1;
+        return talkingRun();
+    };
+    EXPECT_EXIT(leave(start()), testing::ExitedWithCode(0),
+                "window Orlavane 2fff0000 2fff0000 1024x700 flags");
+}
+
 TEST_F(ProgramDeathTest, ADriverWithoutMultisamplingStartsTheGameAllTheSame) {
     writeSettings();
     endAfter("1");
@@ -271,6 +283,16 @@ TEST_F(ProgramDeathTest, AMinimisedGameDrawsNothingUnlessAPictureIsWanted) {
         return talkingRun();
     };
     EXPECT_EXIT(leave(startWithPicture()), testing::ExitedWithCode(0), SHOWN + FRAME + FRAME + CLOSED);
+}
+
+TEST_F(ProgramDeathTest, AMinimisedGameRestsUntilThePlayerLeaves) {
+    writeSettings();
+    const auto start = [] {
+        talkingSdl().moreFlags = SDL_WINDOW_MINIMIZED;
+        talkingSdl().waitsUntilQuit = 2;
+        return talkingRun(loadAndPlay);
+    };
+    EXPECT_EXIT(leave(start()), testing::ExitedWithCode(0), SHOWN + "(pump\nwait 100\n){3}" + CLOSED);
 }
 
 TEST_F(ProgramDeathTest, APictureHasTheWindowsSize) {

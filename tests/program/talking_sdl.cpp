@@ -37,7 +37,7 @@ static bool refuses(int& refusals) {
 static int placeOf(SDL_Rect rect, int display, SDL_Rect* answer) {
     *answer = rect;
     answer->x += display * talkingSdl().display.w;
-    return rect.w > 0 ? 0 : -1;
+    return rect.w > 0 && display < talkingSdl().displays ? 0 : -1;
 }
 
 // Found before SDL's own, which most of them hand on to.
@@ -172,6 +172,11 @@ void SDL_PumpEvents() {
 int SDL_WaitEventTimeout(SDL_Event* event, int timeout) {
     REAL(SDL_WaitEventTimeout);
     say("wait %d\n", timeout);
+    if (--talkingSdl().waitsUntilQuit == 0) {
+        SDL_Event quit = {};
+        quit.type = SDL_QUIT;
+        SDL_PushEvent(&quit);
+    }
     return real_(event, timeout);
 }
 

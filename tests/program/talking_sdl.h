@@ -11,6 +11,7 @@ struct TalkingSdl {
     std::string said;
     int windowRefusals = 0; // so many windows, and then contexts, cannot be made
     int contextRefusals = 0;
+    int waitsUntilQuit = 0; // the player leaves in this wait for an event; 0 for never
     uint32_t moreFlags = 0; // of every window
     int pixelsX = 1;        // drawable pixels per unit of the window
     int pixelsY = 1;
@@ -19,6 +20,7 @@ struct TalkingSdl {
 
     // A display that players see stands in for the unseen one unless it is empty, each next one to its right.
     SDL_Rect display = {};
+    int displays = 2;
     SDL_Rect room = {}; // what bars leave of it, empty when nobody knows
     int frameLeft = 0;  // of windows
     int frameAbove = 0;
