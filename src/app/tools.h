@@ -44,7 +44,8 @@ enum ToolCategory : uint8_t {
 // because its release would do something else than the drag was begun for. A number outside the enum does
 // nothing.
 void setTool(App& app, int tool);
-// Keeps the tool if it belongs to the category, otherwise takes the category's first.
+// Keeps the tool if it belongs to the category, otherwise takes the category's first. A number without tools
+// does nothing.
 void setCategory(App& app, int category);
 int toolCount(int category);
 // The tool whose shortcut was pressed this frame, -1 for none.
